@@ -1,0 +1,183 @@
+// What translators do with records: place a layout, put a computed value, finish.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include <npxlate/npxlate.h>
+
+#include "frame/plan.h"
+#include "frame/record.h"
+#include "frame/trace.h"
+#include "frame/virtual_queue_index.h"
+
+namespace npxlate {
+
+namespace place_detail {
+
+// Masked and shifted in 32 bits where those are enough: a constant of 64 bits costs an instruction of its own.
+template <plan::Term term>
+NPXLATE_INLINE std::uint64_t move(const std::uint8_t* from) {
+    using Loaded = std::conditional_t<(term.load_bytes <= 4), std::uint32_t, std::uint64_t>;
+    const auto loaded = static_cast<Loaded>(load_little<term.load_bytes>(from + term.offset));
+    if constexpr (term.shift <= 0) {
+        return loaded >> -term.shift & static_cast<Loaded>(term.mask);
+    } else if constexpr (term.mask <= 0xffffffff) {
+        return static_cast<std::uint32_t>(loaded) << term.shift & static_cast<std::uint32_t>(term.mask);
+    } else {
+        return std::uint64_t{loaded & static_cast<Loaded>(term.mask >> term.shift)} << term.shift;
+    }
+}
+
+// All terms of one kind of a word, ORed together.
+template <const plan::Word& word, bool reversed, std::size_t... i>
+NPXLATE_INLINE std::uint64_t gather(const std::uint8_t* from, std::index_sequence<i...>) {
+    std::uint64_t result = 0;
+    const auto add = [&]<std::size_t index>() __attribute__((always_inline)) {
+        if constexpr (word.terms[index].reversed == reversed) {
+            result |= move<word.terms[index]>(from);
+        }
+    };
+    (add.template operator()<i>(), ...);
+    static_cast<void>(add);
+    return result;
+}
+
+template <const plan::Word& word>
+NPXLATE_INLINE std::uint64_t moved_bits(const std::uint8_t* from) {
+    constexpr std::make_index_sequence<word.term_count> terms;
+    return gather<word, false>(from, terms) | bytes_detail::swap(gather<word, true>(from, terms));
+}
+
+template <const auto& layout, std::size_t index, Side side, std::size_t to_size, std::size_t from_size>
+NPXLATE_INLINE void place_word(Record<side, to_size>& out, const std::uint8_t* from) {
+    static constexpr const plan::Word& word = plan::word_of<layout, index, from_size, false>;
+    static constexpr const plan::Word& combined = plan::word_of<layout, index, from_size, true>;
+    if constexpr (word.written != 0) {
+        out.write(index, word.written, (moved_bits<word>(from) ^ word.inverted) | word.ones);
+    }
+    if constexpr (combined.written != 0) {
+        out.write(index, 0, (moved_bits<combined>(from) ^ combined.inverted) | combined.ones);
+    }
+}
+
+// A field of up to 32 bits anywhere in the record read.
+template <Span span>
+NPXLATE_INLINE std::uint32_t field(const std::uint8_t* from) {
+    constexpr std::size_t bytes = (span.first_bit % 8 + span.width + 7) / 8;
+    return static_cast<std::uint32_t>(load_little<bytes>(from + span.first_bit / 8) >> span.first_bit % 8 &
+                                      ((std::uint64_t{1} << span.width) - 1));
+}
+
+// Not zero if any bit of the span is 1.
+template <Span span>
+NPXLATE_INLINE std::uint32_t any_bit(const std::uint8_t* from) {
+    if constexpr (span.width == 0) {
+        return 0;
+    } else if constexpr (span.width > 32) {
+        return field<Span{span.first_bit, 32}>(from) | any_bit<Span{span.first_bit + 32, span.width - 32}>(from);
+    } else {
+        return field<span>(from);
+    }
+}
+
+// The rows that are functions of whole fields. Their bits were cleared when the words were placed.
+template <const auto& layout, std::size_t index, Side side, std::size_t to_size>
+NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_t* from) {
+    static constexpr const Row<side>& row = layout.rows[index];
+    if constexpr (!row.reads_whole_fields()) {
+        return;
+    } else {
+        constexpr std::size_t word = row.to.first_bit / 64;
+        constexpr unsigned shift = row.to.first_bit % 64;
+        if constexpr (row.kind == RowKind::virtual_queue_index) {
+            const std::uint32_t vqi = adjusted_virtual_queue_index(field<row.from[0]>(from), field<row.from[1]>(from));
+            if constexpr (shift <= 48) {
+                out.write(word, 0, std::uint64_t{__builtin_bswap16(static_cast<std::uint16_t>(vqi))} << shift);
+            } else {
+                out.write(word, 0, std::uint64_t{vqi >> 8 & 0xff} << shift);
+                out.write(word + 1, 0, vqi & 0xff);
+            }
+        } else if constexpr (row.kind == RowKind::mapped) {
+            constexpr std::uint32_t mask = (1U << row.to.width) - 1;
+            constexpr auto* apply = row.function->apply;  // a constant, so that the call can be inlined
+            out.write(word, 0, std::uint64_t{apply(field<row.from[0]>(from)) & mask} << shift);
+        } else {
+            const std::uint32_t found = any_bit<row.from[0]>(from) | any_bit<row.from[1]>(from) |
+                                        any_bit<row.from[2]>(from) | any_bit<row.from[3]>(from) |
+                                        any_bit<row.from[4]>(from) | any_bit<row.from[5]>(from);
+            out.write(word, 0, std::uint64_t{(found != 0) == (row.kind == RowKind::any)} << shift);
+        }
+    }
+}
+
+template <const auto& layout, Side side, std::size_t to_size, std::size_t from_size, std::size_t... word,
+          std::size_t... row>
+NPXLATE_INLINE void place_all(Record<side, to_size>& out, const std::uint8_t* from, std::index_sequence<word...>,
+                              std::index_sequence<row...>) {
+    (place_word<layout, word, side, to_size, from_size>(out, from), ...);
+    (place_computed<layout, row>(out, from), ...);
+}
+
+}  // namespace place_detail
+
+// Fills the bits that the layout writes from the record read; all other bits stay as they are.
+template <const auto& layout, Side side, std::size_t to_size, std::size_t from_size>
+NPXLATE_INLINE void place(Record<side, to_size>& out, const Source<opposite(side), from_size>& in) {
+    static_assert(layout.side == side, "the layout writes the other record");
+    static_assert(layout.bytes_written() <= to_size, "a row writes outside its record");
+    static_assert(layout.bytes_read() <= from_size, "a row reads outside its record");
+    trace::placed<layout>();
+    place_detail::place_all<layout, side, to_size, from_size>(
+        out, in.bytes(), std::make_index_sequence<Record<side, to_size>::word_count>{},
+        std::make_index_sequence<layout.rows.size()>{});
+}
+
+// What only code can say: a value that is no row, with the sentence in which the tools describe it. Bits of the value
+// that do not fit are dropped.
+template <Side side, std::size_t size>
+NPXLATE_INLINE void put(Record<side, size>& out, Position<side> to, std::uint32_t value, const char* sentence) {
+    trace::put(side, to.first_bit(), to.width(), sentence);
+    const unsigned shift = to.first_bit() % 64;
+    const std::uint64_t mask = (std::uint64_t{1} << to.width()) - 1;
+    out.write(to.byte / 8, mask << shift, (value & mask) << shift);
+}
+
+// A value of `count` bytes, least significant byte first.
+template <std::size_t count, Side side, std::size_t size>
+NPXLATE_INLINE void put_little(Record<side, size>& out, Position<side> to, std::uint32_t value, const char* sentence) {
+    trace::put(side, to.first_bit(), 8 * count, sentence);
+    const unsigned in_first_word = 8 - to.byte % 8;
+    const unsigned shift = 8 * (to.byte % 8);
+    constexpr std::uint64_t mask = (std::uint64_t{1} << 8 * count) - 1;
+    const std::uint64_t bits = value & mask;
+    out.write(to.byte / 8, mask << shift, bits << shift);
+    if (in_first_word < count) {
+        out.write(to.byte / 8 + 1, mask >> 8 * in_first_word, bits >> 8 * in_first_word);
+    }
+}
+
+// A value of `count` bytes, most significant byte first.
+template <std::size_t count, Side side, std::size_t size>
+NPXLATE_INLINE void put_big(Record<side, size>& out, Position<side> to, std::uint32_t value, const char* sentence) {
+    put_little<count>(out, to, __builtin_bswap32(value) >> (32 - 8 * count), sentence);
+}
+
+// Stores the physical record and its length.
+template <std::size_t size>
+NPXLATE_INLINE std::int32_t finish(const PhysicalRecord<size>& out, void* physical, std::uint32_t* physical_length) {
+    out.store(physical);
+    *physical_length = size;
+    return NPXLATE_OK;
+}
+
+// Stores the logical record.
+template <std::size_t size>
+NPXLATE_INLINE std::int32_t finish(const LogicalRecord<size>& out, void* logical) {
+    out.store(logical);
+    return NPXLATE_OK;
+}
+
+}  // namespace npxlate
