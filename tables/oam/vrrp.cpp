@@ -1,0 +1,40 @@
+// VRRP virtual MAC addresses, table 17.
+
+#include "frame/helpers.h"
+
+using namespace npxlate;
+
+namespace {
+
+constexpr std::size_t record_size = 8;
+
+constexpr Layout key{
+    "every key",
+    swapped(P(0), L(0), 6),
+    copied(P(6), L(6), 2),
+};
+
+constexpr Layout result{
+    "every record",
+    constant(P(0), result_header),
+    constant(P(2), 1),
+    copied(P(4), L(4), 4),
+};
+
+constexpr Layout restored = mirrored("every record", result);
+
+}  // namespace
+
+std::int32_t vrrp_vmac_entry_st_xlate_key(const void* logical, std::int32_t, void* physical,
+                                          std::uint32_t* physical_length) {
+    return place_only<key, record_size, record_size>(logical, physical, physical_length);
+}
+
+std::int32_t vrrp_vmac_entry_st_xlate_result(const void* logical, std::int32_t, void* physical,
+                                             std::uint32_t* physical_length) {
+    return place_only<result, record_size, record_size>(logical, physical, physical_length);
+}
+
+std::int32_t vrrp_logical_xlate_result(const void* physical, std::int32_t, void* logical) {
+    return place_only<restored, record_size, record_size>(physical, logical);
+}
