@@ -1,0 +1,78 @@
+// Link aggregation bundle, table 8.
+
+#include "frame/helpers.h"
+
+using namespace npxlate;
+
+namespace {
+
+constexpr std::size_t key_logical_size = 7;
+constexpr std::size_t key_physical_size = 3;
+constexpr std::size_t logical_size = 14;
+constexpr std::size_t physical_size = 16;
+
+constexpr Layout key{
+    "every key",
+    run(P(0, 0), L(4, 0), 12),
+};
+
+constexpr Layout result{
+    "every record",
+    bit(P(0, 7), L(0, 0)),
+    bit(P(0, 6), L(0, 1)),
+    bit(P(0, 5), L(0, 2)),
+    constant(P(0, 4, 0), result_header),
+    copied(P(1), L(12)),
+    virtual_queue_index(P(4), L(5), L(7)),
+    copied(P(6), L(2), 2),
+};
+
+constexpr Layout member{
+    "L0.3 set",
+    copied(P(8), L(4)),
+};
+
+constexpr Function range_of_queue_bits{
+    "8 for 3 (both bits set), 4 for 2 (the upper bit alone), 0 for any other",
+    [](std::uint32_t bits_11_and_10) -> std::uint32_t { return bits_11_and_10 == 3 ? 8 : bits_11_and_10 == 2 ? 4
+                                                                                                             : 0; },
+};
+
+// L0.2 and L12 do not come back, and of the queue index only the ten bits below its range; intended.
+constexpr Layout restored{
+    "every record",
+    bit(L(0, 0), P(0, 7)),
+    bit(L(0, 1), P(0, 6)),
+    any(L(0, 3), P(8)),
+    copied(L(2), P(6), 2),
+    copied(L(4), P(8)),
+    copied(L(5), P(5)),
+    bits(L(6, 1, 0), P(4, 1, 0)),
+    mapped(L(7), P(4, 3, 2), range_of_queue_bits),
+};
+
+}  // namespace
+
+std::int32_t lag_type_xlate_key(const void* logical, std::int32_t, void* physical, std::uint32_t* physical_length) {
+    const LogicalSource<key_logical_size> in{logical};
+    PhysicalRecord<key_physical_size> out;
+    place<key>(out, in);
+    // Added, not ORed: from 64 on L6 carries into the code.
+    put(out, P(2), 64 * two_value_code.apply(in.little32(L(0))) + in.byte(L(6)),
+        "64 x (L0-3 if it is 1 or 2, else 0) + L6");
+    return finish(out, physical, physical_length);
+}
+
+std::int32_t lag_type_xlate_result(const void* logical, std::int32_t, void* physical, std::uint32_t* physical_length) {
+    const LogicalSource<logical_size> in{logical};
+    PhysicalRecord<physical_size> out;
+    place<result>(out, in);
+    if (in.bit(L(0, 3))) {
+        place<member>(out, in);
+    }
+    return finish(out, physical, physical_length);
+}
+
+std::int32_t lag_type_logical_xlate_result(const void* physical, std::int32_t, void* logical) {
+    return place_only<restored, physical_size, logical_size>(physical, logical);
+}
