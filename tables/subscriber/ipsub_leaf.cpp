@@ -1,0 +1,53 @@
+// IP subscriber session leaf, table 107. Read back by the generic reverse.
+
+#include "frame/helpers.h"
+
+using namespace npxlate;
+
+namespace {
+
+constexpr std::size_t key_logical_size = 21;
+constexpr std::size_t key_physical_size = 19;
+
+constexpr std::uint8_t kind_with_shift = 2;
+constexpr L address_at{3};
+
+constexpr Layout key{
+    "every key; with L2 = 2, after a word of L3-18 was shifted",
+    copied(P(0), L(0), 2),
+    copied(P(2), L(2)),
+    copied(P(3), L(3), 16),
+};
+
+constexpr Layout result{
+    "every record",
+    constant(P(0, 7), 0),
+    bit(P(0, 6), L(0, 1)),
+    bit(P(0, 5), L(0, 2)),
+    constant(P(0, 4, 0), result_header),
+    copied(P(1), L(1), 2),
+    copied(P(3), L(3), 2),
+    run(P(5, 0), L(5, 1), 24),
+};
+
+}  // namespace
+
+std::int32_t ipsub_sid_leaf_st_xlate_key(const void* logical, std::int32_t, void* physical,
+                                         std::uint32_t* physical_length) {
+    const LogicalSource<key_logical_size> in{logical};
+    if (in.byte(L(2)) == kind_with_shift) {
+        // A word of the address, which is in network order, shifted in the logical key itself: callers expect to see it
+        // there.
+        const L word_at = address_at.after(4 * in.bits(L(20, 7, 6)));
+        const std::uint32_t word = in.big32(word_at) >> in.bits(L(20, 4, 0));
+        change_input<4>(logical, word_at, __builtin_bswap32(word), "the word L20.7-6 of L3-18, shifted right by L20.4-0");
+    }
+    PhysicalRecord<key_physical_size> out;
+    place<key>(out, in);
+    return finish(out, physical, physical_length);
+}
+
+std::int32_t ipsub_sid_leaf_st_xlate_result(const void* logical, std::int32_t, void* physical,
+                                            std::uint32_t* physical_length) {
+    return place_only<result, 9, 8>(logical, physical, physical_length);
+}
