@@ -1,0 +1,141 @@
+// QoS string, by name: twelve marking values in two groups, each with a code for the kind of marking it sets.
+
+#include "frame/helpers.h"
+
+using namespace npxlate;
+
+namespace {
+
+constexpr std::size_t logical_size = 36;
+constexpr std::size_t physical_size = 32;
+
+constexpr Layout result{
+    "every record",
+    bit(P(0, 7), L(0, 4)),
+    bit(P(0, 6), L(0, 5)),
+    bit(P(0, 5), L(0, 0)),
+    constant(P(0, 4, 0), result_header),
+    bit(P(1, 7), L(1, 4)),
+    bit(P(1, 6), L(1, 5)),
+    bit(P(1, 5), L(1, 6)),
+    bit(P(1, 4), L(1, 7)),
+    bit(P(1, 3), L(1, 3)),
+    bit(P(1, 2), L(0, 3)),
+    bit(P(1, 1), L(0, 2)),
+    bit(P(1, 0), L(0, 1)),
+    bits(P(2, 7, 3), L(2, 4, 0)),
+    bit(P(2, 2), L(31, 2)),
+    bit(P(2, 1), L(31, 0)),
+    constant(P(2, 0), 1),
+    copied(P(3), L(6)),
+    copied(P(4), L(4), 2),
+    copied(P(6), L(28), 2),
+    bit(P(8, 6), L(7, 7)).repeated(2, P(12), L(10)),  // group 1 and group 2
+    bits(P(8, 5, 4), L(7, 1, 0)).repeated(2, P(12), L(10)),
+    bits(P(8, 3, 2), L(7, 3, 2)).repeated(2, P(12), L(10)),
+    bits(P(8, 1, 0), L(7, 5, 4)).repeated(2, P(12), L(10)),
+    bits(P(9, 7, 4), L(32, 7, 4)).repeated(2, P(12), L(2)),
+    bit(P(9, 3), L(32, 0)).repeated(2, P(12), L(2)),
+    bits(P(9, 2, 0), L(32, 3, 1)).repeated(2, P(12), L(2)),
+    copied(P(10), L(33)).repeated(2, P(12), L(2)),
+    copied(P(11), L(30)),
+    copied(P(23), L(27)),
+};
+
+// What a code says of its value: the bit of the kind mask, whose first byte is the low one, and a shift to the right.
+struct Kind {
+    std::uint16_t mask;
+    std::uint8_t shift;
+};
+
+constexpr unsigned no_value = 15;
+
+constexpr Kind kinds[16] = {
+    {0x0080, 5},
+    {0x0100, 2},
+    {0x0200, 0},
+    {0x0400, 0},
+    {0x1000, 0},
+    {0x2000, 0},
+    {0x4000, 0},
+    {0x8000, 0},
+    {0x0040, 5},
+    {0x0020, 2},
+    {0, 0},
+    {0x1000, 0},  // as code 4, on purpose
+    {0, 0},
+    {0, 0},
+    {0x0800, 0},
+    {0, 0},  // no value
+};
+
+struct Group {
+    L pairs;  // three times a byte of two codes and two values
+    P mask;   // two bytes, then six values
+    const char* mask_sentence;
+    const char* pair_1_sentence;
+    const char* pairs_2_and_3_sentence;
+};
+
+constexpr Group group_1{
+    L(8),
+    P(12),
+    "the kinds of the codes L8.7-4 and L8.3-0",
+    "L9 and L10, shifted by their kinds in L8, in the order of the kinds, with bit 6 set; 0 for code 15",
+    "L12, L13, L15 or L16, shifted by the kind in L8, with bit 6 set; 0 for code 15 in L11 or L14",
+};
+
+constexpr Group group_2{
+    L(18),
+    P(24),
+    "the kinds of the codes L18.7-4 and L18.3-0",
+    "L19 and L20, shifted by their kinds in L18, in the order of the kinds, with bit 6 set; 0 for code 15",
+    "L22, L23, L25 or L26, shifted by the kind in L18, with bit 6 set; 0 for code 15 in L21 or L24",
+};
+
+NPXLATE_INLINE std::uint32_t marking(std::uint32_t code, std::uint32_t shifted_value) {
+    constexpr std::uint32_t present = 0x40;
+    return code == no_value ? 0 : present | (shifted_value & 0x3f);
+}
+
+NPXLATE_INLINE void put_markings(PhysicalRecord<physical_size>& out, const LogicalSource<logical_size>& in,
+                                 const Group& group) {
+    const auto high_code = [&](L pair) { return std::uint32_t{in.byte(pair)} >> 4; };
+    const auto low_code = [&](L pair) { return std::uint32_t{in.byte(pair)} & 15; };
+    const L pair_1 = group.pairs;
+    const P values = group.mask.after(2);
+
+    // Only the codes of pair 1 enter the mask, and their shifts serve all three pairs.
+    const Kind first = kinds[high_code(pair_1)];
+    const Kind second = kinds[low_code(pair_1)];
+    const std::uint32_t added = second.mask & ~std::uint32_t{first.mask};
+    put_little<2>(out, group.mask, first.mask | added, group.mask_sentence);
+
+    std::uint32_t a = std::uint32_t{in.byte(pair_1.after(1))} >> first.shift;
+    std::uint32_t b = std::uint32_t{in.byte(pair_1.after(2))} >> second.shift;
+    if (first.mask < added) {
+        std::swap(a, b);
+    }
+    put(out, values, marking(high_code(pair_1), a), group.pair_1_sentence);
+    put(out, values.after(1), marking(low_code(pair_1), b), group.pair_1_sentence);
+
+    for (unsigned i = 1; i < 3; ++i) {
+        const L pair = pair_1.after(3 * i);
+        const P value = values.after(2 * i);
+        put(out, value, marking(high_code(pair), std::uint32_t{in.byte(pair.after(1))} >> first.shift),
+            group.pairs_2_and_3_sentence);
+        put(out, value.after(1), marking(low_code(pair), std::uint32_t{in.byte(pair.after(2))} >> second.shift),
+            group.pairs_2_and_3_sentence);
+    }
+}
+
+}  // namespace
+
+std::int32_t qos_str_xlate_result(const void* logical, std::int32_t, void* physical, std::uint32_t* physical_length) {
+    const LogicalSource<logical_size> in{logical};
+    PhysicalRecord<physical_size> out;
+    place<result>(out, in);
+    put_markings(out, in, group_1);
+    put_markings(out, in, group_2);
+    return finish(out, physical, physical_length);
+}
