@@ -1,0 +1,354 @@
+// The layout vocabulary by itself: each kind of row, at many positions and in both directions, does what the position
+// tables say it does, inside records of exactly the size it needs.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <utility>
+
+#include "frame/helpers.h"
+#include "support/harness.h"
+#include "support/record.h"
+#include "support/rows.h"
+
+using namespace npxlate;
+using support::Bytes;
+using support::Rows;
+using support::Translator;
+
+namespace {
+
+// A translator that places one layout over what its output holds, between records that end where the layout ends.
+template <const auto& layout>
+Translator placing(const std::string& name) {
+    constexpr Side to = layout.side;
+    constexpr std::size_t in_size = layout.bytes_read() == 0 ? 1 : layout.bytes_read();
+    constexpr std::size_t out_size = layout.bytes_written();
+    return {name,
+            [](const void* in, std::int32_t, void* out, std::uint32_t*) {
+                auto record = Record<to, out_size>::kept_from(Position<to>{0}, out);
+                place<layout>(record, Source<opposite(to), in_size>{in});
+                record.store(out);
+                return std::int32_t{NPXLATE_OK};
+            },
+            in_size, out_size};
+}
+
+template <const auto& layout>
+void expect_rows(const std::vector<std::string>& rows) {
+    const Rows expected{rows};
+    const support::Model model = [&expected](Bytes& in, Bytes& out) {
+        expected.apply(in, out);
+        return support::Reply{};
+    };
+    const Translator translator = placing<layout>(rows.front());
+    support::walk(
+        translator, model,
+        {Bytes(translator.in_size), Bytes(translator.in_size, 0xff), support::counting(translator.in_size, 1)});
+    support::check_random(translator, model, 50);
+}
+
+// Positions that differ from test to test but are the same in every run; known to the compiler.
+constexpr unsigned scattered(unsigned test, unsigned which, unsigned below) {
+    std::uint64_t z = (std::uint64_t{test} << 8 | which) * 0x9e3779b97f4a7c15 + 0x6a09e667f3bcc909;
+    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9;
+    z = (z ^ (z >> 27)) * 0x94d049bb133111eb;
+    return static_cast<unsigned>((z ^ (z >> 31)) % below);
+}
+
+std::string byte(char side, unsigned at) { return side + std::to_string(at); }
+std::string bit(char side, unsigned at, unsigned bit) { return byte(side, at) + "." + std::to_string(bit); }
+std::string bytes(char side, unsigned at, unsigned count) {
+    return byte(side, at) + "-" + std::to_string(at + count - 1);
+}
+
+constexpr char letter(Side side) { return side == Side::logical ? 'L' : 'P'; }
+
+// One kind of row at a scattered place, written to the given side.
+template <Side to, unsigned test>
+struct At {
+    static constexpr unsigned to_byte = scattered(test, 0, 40);
+    static constexpr unsigned from_byte = scattered(test, 1, 40);
+    static constexpr unsigned count = 1 + scattered(test, 2, 20);
+    static constexpr unsigned to_bit = scattered(test, 3, 8);
+    static constexpr unsigned from_bit = scattered(test, 4, 8);
+    static constexpr unsigned field_width = 1 + scattered(test, 5, 8);
+    static constexpr unsigned to_low = scattered(test, 6, 9 - field_width);
+    static constexpr unsigned from_low = scattered(test, 7, 9 - field_width);
+    static constexpr unsigned run_width = 1 + scattered(test, 8, 70);
+
+    using To = Position<to>;
+    using From = Position<opposite(to)>;
+
+    static constexpr Layout copied_row{"copied", copied(To{to_byte}, From{from_byte}, count)};
+    static constexpr Layout swapped_row{"swapped", swapped(To{to_byte}, From{from_byte}, count)};
+    static constexpr Layout bit_row{"bit", npxlate::bit(To{to_byte, to_bit}, From{from_byte, from_bit})};
+    static constexpr Layout inverted_row{"inverted", inverted(To{to_byte, to_bit}, From{from_byte, from_bit})};
+    static constexpr Layout inverted_bits_row{
+        "inverted",
+        inverted(To{to_byte, to_low + field_width - 1, to_low}, From{from_byte, from_low + field_width - 1, from_low})};
+    static constexpr Layout bits_row{"bits", bits(To{to_byte, to_low + field_width - 1, to_low},
+                                                  From{from_byte, from_low + field_width - 1, from_low})};
+    static constexpr Layout constant_row{
+        "constant", constant(To{to_byte, to_low + field_width - 1, to_low}, scattered(test, 9, 1U << field_width))};
+    static constexpr Layout cleared_row{"cleared", cleared(To{to_byte}, count)};
+    static constexpr Layout run_row{"run", run(To{to_byte, to_bit}, From{from_byte, from_bit}, run_width)};
+    static constexpr Layout any_row{"any", any(To{to_byte, to_bit}, npxlate::bytes(From{from_byte}, count))};
+    static constexpr Layout none_row{"none",
+                                     none(To{to_byte, to_bit}, From{from_byte, from_low + field_width - 1, from_low})};
+
+    static std::string to_field() {
+        return bit(letter(to), to_byte, to_low + field_width - 1) + "-" + std::to_string(to_low);
+    }
+    static std::string from_field() {
+        return bit(letter(opposite(to)), from_byte, from_low + field_width - 1) + "-" + std::to_string(from_low);
+    }
+    static std::string to_bit_text() { return bit(letter(to), to_byte, to_bit); }
+    static std::string from_bit_text() { return bit(letter(opposite(to)), from_byte, from_bit); }
+    static std::string to_bytes() { return bytes(letter(to), to_byte, count); }
+    static std::string from_bytes() { return bytes(letter(opposite(to)), from_byte, count); }
+
+    static void check() {
+        expect_rows<copied_row>({(to_bytes() + " = " + from_bytes())});
+        expect_rows<swapped_row>({(to_bytes() + " = swap " + from_bytes())});
+        expect_rows<bit_row>({(to_bit_text() + " = " + from_bit_text())});
+        expect_rows<inverted_row>({(to_bit_text() + " = not " + from_bit_text())});
+        expect_rows<inverted_bits_row>({to_field() + " = not " + from_field()});
+        expect_rows<bits_row>({(to_field() + " = " + from_field())});
+        expect_rows<constant_row>({(to_field() + " = " + std::to_string(scattered(test, 9, 1U << field_width)))});
+        expect_rows<cleared_row>({(to_bytes() + " = 0")});
+        expect_rows<any_row>({(to_bit_text() + " = any " + from_bytes())});
+        expect_rows<none_row>({(to_bit_text() + " = none " + from_field())});
+        check_run();
+    }
+
+    // A run is as many single bits, each one position further up.
+    static void check_run() {
+        std::vector<std::string> rows;
+        for (unsigned i = 0; i < run_width; ++i) {
+            rows.push_back(bit(letter(to), to_byte + (to_bit + i) / 8, (to_bit + i) % 8) + " = " +
+                           bit(letter(opposite(to)), from_byte + (from_bit + i) / 8, (from_bit + i) % 8));
+        }
+        expect_rows<run_row>(rows);
+    }
+};
+
+template <Side to, unsigned... test>
+void check_scattered(std::integer_sequence<unsigned, test...>) {
+    (At<to, test>::check(), ...);
+}
+
+TEST(Vocabulary, EveryKindOfRowWritesItsPhysicalPositionsAndNoOthers) {
+    check_scattered<Side::physical>(std::make_integer_sequence<unsigned, 12>{});
+}
+
+TEST(Vocabulary, EveryKindOfRowWritesItsLogicalPositionsAndNoOthers) {
+    check_scattered<Side::logical>(std::make_integer_sequence<unsigned, 12>{});
+}
+
+constexpr Layout label_with_flag_bit{"label", label(P(2), L(5), L(9, 3))};
+constexpr Layout label_with_flag_1{"label", label(P(6), L(1), 1)};
+constexpr Layout label_with_flag_0{"label", label(P(13), L(0), 0)};
+constexpr Layout label_back{"label", label(L(3), P(6))};
+
+TEST(Vocabulary, ALabelFieldHoldsTwentyBitsThreeZeroBitsAndItsFlag) {
+    expect_rows<label_with_flag_bit>({"P2-4 = label L5-8 flag L9.3"});
+    expect_rows<label_with_flag_0>({"P13-15 = label L0-3 flag 0"});
+    expect_rows<label_with_flag_1>({"P6-8 = label L1-4 flag 1"});
+}
+
+TEST(Vocabulary, ALabelComesBackAsAThirtyTwoBitValue) { expect_rows<label_back>({"L3-6 = label P6-8"}); }
+
+constexpr Layout label_back_with_flag{"label", label(L(3), P(6), L(7, 2))};
+
+TEST(Vocabulary, ALabelComesBackWithItsFlag) {
+    expect_rows<label_back_with_flag>({"L3-6 = label P6-8", "L7.2 = P8.0"});
+}
+
+constexpr Layout label_bits_only{"label bits", label_bits(P(2), L(5))};
+
+TEST(Vocabulary, TheBitsOfALabelAloneLeaveTheRestOfTheField) {
+    expect_rows<label_bits_only>(
+        {"P2.7-4 = L7.3-0", "P2.3-0 = L6.7-4", "P3.7-4 = L6.3-0", "P3.3-0 = L5.7-4", "P4.7-4 = L5.3-0"});
+}
+
+constexpr Layout four_labels{"labels", label(P(4), L(8), L(12, 0)).repeated(4, P(3), L(5))};
+
+TEST(Vocabulary, ARowRepeatsAtItsSteps) {
+    expect_rows<four_labels>({"P4-6 = label L8-11 flag L12.0", "P7-9 = label L13-16 flag L17.0",
+                              "P10-12 = label L18-21 flag L22.0", "P13-15 = label L23-26 flag L27.0"});
+}
+
+constexpr Layout labels_back = mirrored("labels back", four_labels);
+
+TEST(Vocabulary, AMirroredLayoutTakesEveryFieldBack) {
+    expect_rows<labels_back>({"L8-11 = label P4-6", "L12.0 = P6.0", "L13-16 = label P7-9", "L17.0 = P9.0",
+                              "L18-21 = label P10-12", "L22.0 = P12.0", "L23-26 = label P13-15", "L27.0 = P15.0"});
+}
+
+constexpr Layout mixed{
+    "mixed",
+    constant(P(0), 0x91),
+    bit(P(1, 3), L(2, 6)),
+    inverted(P(1, 4), L(2, 5)),
+    any(P(1, 7), L(3)),
+    swapped(P(2), L(4), 3),
+    copied(P(5), L(9)),
+};
+constexpr Layout mixed_back = mirrored("mixed back", mixed);
+
+TEST(Vocabulary, ConstantsAndComputedFieldsHaveNoWayBack) {
+    expect_rows<mixed_back>({"L2.6 = P1.3", "L2.5 = not P1.4", "L4-6 = swap P2-4", "L9 = P5"});
+}
+
+// A value least significant byte first; bit 20 of the result has two sources.
+constexpr Layout low_bit{"low bit", low_bit_to_bit_20(P(3), L(6))};
+
+TEST(Vocabulary, TheLowestBitMovesToBitTwenty) {
+    const Translator translator = placing<low_bit>("low bit to bit 20");
+    const support::Model model = [](Bytes& in, Bytes& out) {
+        const std::uint64_t value = support::little(in, 6, 4);
+        support::put_little(out, 3, 3, value >> 1 | (value & 1) << 20);
+        return support::Reply{};
+    };
+    support::walk(translator, model, {Bytes(10), Bytes(10, 0xff)});
+    support::check_random(translator, model, 200);
+}
+
+constexpr Layout combined{
+    "combined",
+    inverted(P(1, 5), L(0, 4)),
+    also(bit(P(1, 5), L(0, 1))),
+    any(P(1, 7), L(0, 2, 0)),
+    also(inverted(P(1, 7), L(0, 3))),
+    copied(P(2), L(1)),
+    also(constant(P(2, 4), 1)),
+};
+
+TEST(Vocabulary, AlsoRowsAreOredIntoWhatOtherRowsGive) {
+    const Translator translator = placing<combined>("combined");
+    const support::Model model = [](Bytes& in, Bytes& out) {
+        support::set_bit(out, 1, 5, !support::bit(in, 0, 4) || support::bit(in, 0, 1));
+        support::set_bit(out, 1, 7, support::bits(in, 0, 2, 0) != 0 || !support::bit(in, 0, 3));
+        out[2] = static_cast<std::uint8_t>(in[1] | 0x10);
+        return support::Reply{};
+    };
+    for (unsigned first = 0; first < 256; ++first) {
+        support::check(translator, model, {static_cast<std::uint8_t>(first), 0x00});
+        support::check(translator, model, {static_cast<std::uint8_t>(first), 0xff});
+    }
+}
+
+// Fields on both sides of a word of the record, and an index across one.
+constexpr Layout computed{
+    "computed",
+    mapped(P(1, 5, 2), L(3, 7, 4), two_value_code),
+    mapped(P(3), L(4), hop_byte),
+    mapped(P(9, 7, 6), L(6), 4, two_value_code),
+    virtual_queue_index(P(7), L(11), L(15)),
+    virtual_queue_index(P(12), L(11), L(15)),
+};
+
+TEST(Vocabulary, ComputedFieldsTakeTheirFunctionsResult) {
+    const Translator translator = placing<computed>("computed");
+    const auto code = [](std::uint64_t kind) { return static_cast<unsigned>(kind == 1 || kind == 2 ? kind : 0); };
+    const support::Model model = [&](Bytes& in, Bytes& out) {
+        support::set_bits(out, 1, 5, 2, code(support::bits(in, 3, 7, 4)));
+        out[3] = static_cast<std::uint8_t>(2 * (in[4] > 64 ? 1 : in[4]) + 1);
+        support::set_bits(out, 9, 7, 6, code(support::little(in, 6, 4)));
+        const std::uint64_t index = support::little(in, 11, 2);
+        const std::uint64_t adjusted = in[15] == 4 ? index | 0x800 : in[15] == 8 ? index | 0xc00 : index;
+        support::put_big(out, 7, 2, adjusted);
+        support::put_big(out, 12, 2, adjusted);
+        return support::Reply{};
+    };
+    for (const unsigned range : {0U, 4U, 8U, 12U, 255U}) {
+        support::check_random(translator, model, 100,
+                              [range](Bytes& in) { in[15] = static_cast<std::uint8_t>(range); });
+    }
+    for (const unsigned kind : {0U, 1U, 2U, 3U}) {
+        support::check_random(translator, model, 100, [kind](Bytes& in) {
+            support::put_little(in, 6, 4, kind);
+            support::set_bits(in, 3, 7, 4, kind);
+            in[4] = static_cast<std::uint8_t>(63 + kind);
+        });
+    }
+}
+
+TEST(Vocabulary, PutReplacesItsBitsAndDropsWhatDoesNotFit) {
+    PhysicalRecord<12> out;
+    put(out, P(9, 6, 4), 0xff, "three bits");
+    put(out, P(9, 5), 0, "one of them");
+    put(out, P(0), 0x1ff, "a byte");
+    put_big<3>(out, P(2), 0xaa112233, "three bytes, the highest first");
+    put_little<3>(out, P(6), 0xaa112233, "three bytes, the lowest first");
+    Bytes stored(12);
+    out.store(stored.data());
+    EXPECT_EQ(support::hex(stored), "ff 00 11 22 33 00 33 22 11 50 00 00");
+    EXPECT_EQ(out.bits(P(9, 6, 4)), 5U);
+    EXPECT_TRUE(out.bit(P(9, 6)));
+    EXPECT_FALSE(out.bit(P(9, 5)));
+}
+
+TEST(Vocabulary, ARecordKeepsTheCallersBytesFromTheByteThatItIsTold) {
+    Bytes caller = support::counting(20, 0x40);
+    const auto kept_from = [&]<unsigned first>() {
+        Bytes result(20);
+        LogicalRecord<20>::kept_from(L(first), caller.data()).store(result.data());
+        return result;
+    };
+    const auto expected = [&](unsigned first) {
+        Bytes result = caller;
+        std::fill_n(result.begin(), first, std::uint8_t{0});
+        return result;
+    };
+    EXPECT_EQ(kept_from.operator()<0>(), expected(0));
+    EXPECT_EQ(kept_from.operator()<3>(), expected(3));
+    EXPECT_EQ(kept_from.operator()<8>(), expected(8));
+    EXPECT_EQ(kept_from.operator()<11>(), expected(11));
+    EXPECT_EQ(kept_from.operator()<16>(), expected(16));
+    EXPECT_EQ(kept_from.operator()<19>(), expected(19));
+}
+
+TEST(Vocabulary, SourcesReadFieldsInTheirByteOrder) {
+    const Bytes record = support::bytes("00 12 34 56 78 9a");
+    const LogicalSource<6> in{record.data()};
+    EXPECT_EQ(in.byte(L(1)), 0x12);
+    EXPECT_EQ(in.little16(L(1)), 0x3412);
+    EXPECT_EQ(in.little24(L(1)), 0x563412U);
+    EXPECT_EQ(in.little32(L(2)), 0x9a785634U);
+    EXPECT_EQ(in.big32(L(2)), 0x3456789aU);
+    EXPECT_EQ(in.bits(L(3, 6, 1)), 0x2bU);
+    EXPECT_TRUE(in.bit(L(3, 6)));
+    EXPECT_FALSE(in.bit(L(3, 7)));
+}
+
+TEST(Helpers, TheHopByteIsTwiceTheCountAndOne) {
+    EXPECT_EQ(hop_byte.apply(0), 1U);
+    EXPECT_EQ(hop_byte.apply(5), 11U);
+    EXPECT_EQ(hop_byte.apply(64), 129U);
+    EXPECT_EQ(hop_byte.apply(65), 3U);
+    EXPECT_EQ(hop_byte.apply(255), 3U);
+}
+
+TEST(Helpers, OfAKindOnlyOneAndTwoSurvive) {
+    EXPECT_EQ(two_value_code.apply(1), 1U);
+    EXPECT_EQ(two_value_code.apply(2), 2U);
+    EXPECT_EQ(two_value_code.apply(0), 0U);
+    EXPECT_EQ(two_value_code.apply(3), 0U);
+    EXPECT_EQ(two_value_code.apply(static_cast<std::uint32_t>(-1)), 0U);
+    EXPECT_EQ(two_value_code.apply(0x101), 0U);
+}
+
+TEST(Helpers, AReversedCopyTurnsTheBytesRound) {
+    const std::array<std::uint8_t, 4> from{1, 2, 3, 4};
+    std::array<std::uint8_t, 4> to{};
+    reverse_byte_copy(to.data(), from.data(), 3);
+    EXPECT_EQ(to, (std::array<std::uint8_t, 4>{3, 2, 1, 0}));
+    reverse_byte_copy(to.data(), from.data(), 0);
+    reverse_byte_copy(to.data(), from.data(), -4);
+    EXPECT_EQ(to, (std::array<std::uint8_t, 4>{3, 2, 1, 0}));
+}
+
+}  // namespace
