@@ -20,8 +20,7 @@
 //     mapped(P(3), L(4), hop_byte)            a value of up to 8 bits through a small pure function
 //     mapped(P(9), L(52), 2, function)        a little-endian value of so many bytes through a small pure function
 //     virtual_queue_index(P(6), L(4), L(8))   a 16-bit index adjusted by its range, big-endian
-//     low_bit_to_bit_20(P(5), L(12))          24 bits of a value least significant byte first, shifted right by one,
-//     its
+//     low_bit_to_bit_20(P(5), L(12))          24 bits, least significant byte first, shifted right by one, and the
 //                                             lowest bit ORed into bit 20
 //     also(row)                               the row's bits are ORed into what other rows give
 //     row.repeated(4, P(3), L(5))             four times, 3 physical and 5 logical bytes apart

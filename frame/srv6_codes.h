@@ -8,9 +8,8 @@
 namespace npxlate {
 
 inline constexpr Function srv6_behaviour{
-    "behaviour of a SID function: 1-4 to 2, 5-8 to 4, 9-12 to 8, 16 to 16, 17 to 64, 18 and 36 to 32, 19 and 37 to "
-    "128, "
-    "any other to 0",
+    "behaviour of a SID function: 1-4 to 2, 5-8 to 4, 9-12 to 8, 16 to 16, 17 to 64, 18 and 36 to 32, "
+    "19 and 37 to 128, any other to 0",
     [](std::uint32_t code) -> std::uint32_t {
         if (code >= 1 && code <= 12) {
             return 2U << (code - 1) / 4;

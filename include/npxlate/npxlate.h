@@ -85,9 +85,9 @@ typedef npxlate_reverse_fn *npxlate_p2l_entry;
 extern NPXLATE_API struct npxlate_l2p_entry l2p_ucode_func_table[NPXLATE_TABLE_COUNT];
 extern NPXLATE_API npxlate_p2l_entry p2l_ucode_func_table[NPXLATE_TABLE_COUNT];
 
-/* The highest transmit-adjacency index that a TE next-hop result marks with P0.7; initially 0x0fff. The only value the
- * caller may set: te_nh_adjacency_type_xlate_result reads it at every call, no other function does. A caller that sets
- * it while another thread translates a TE next hop orders the two itself. */
+/* The highest transmit-adjacency index that a TE next-hop result with L0.5 clear marks with P0.7; initially 0x0fff. The
+ * only value the caller may set: te_nh_adjacency_type_xlate_result reads it at every call, no other function does. A
+ * caller that sets it while another thread translates a TE next hop orders the two itself. */
 extern NPXLATE_API uint16_t TX_ADJ_KEY_MAX;
 
 /* ======================================================================
@@ -154,38 +154,76 @@ NPXLATE_API uint32_t new_vqi_based_on_vqi_range(uint32_t vqi, uint32_t range);
  * Adjacency and next hops
  * ====================================================================== */
 
-/* ---- Receive adjacency ---- */
+/* ---- Receive adjacency: table 4 ---- */
 
+/* Key, 3 bytes to 3: the same bytes. */
 NPXLATE_API int32_t rx_adjacency_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
+
+/* Result, 30 bytes to 16, in five variants: A with L0.5 set, else B with L0.6, else C with L1.0, else D with L1.3, else
+ * E. In C, P4 is L29 when L1.1 is set, else L28 + 7 when L1.2 is, else 0. In D, the lowest bit of the 24-bit value
+ * L12-14 goes to bit 20 and all others one down, and P0.5 is set whatever L0.4 is. In E, L8 is the range of the virtual
+ * queue index L4-5. */
 NPXLATE_API int32_t rx_adjacency_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
+
+/* The way back, 16 bytes to 30. Clears L0-15 only: of L16-29 it writes L24-27, in variant A also L16-17 and L20-23, in
+ * variant C also L28 when P1.2 is set and L29 when P1.1 is; all else there stays as the caller had it. P3.7 makes
+ * variant A, P1.0 or P2.5 variant C; B and D read back as E. No value is swapped back, L4-5 keeps the range bits, and
+ * L8 is not restored. */
 NPXLATE_API int32_t rx_adjacency_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                            void *logical);
 
-/* ---- Transmit adjacency ---- */
+/* ---- Transmit adjacency: table 5 ---- */
 
+/* Key, 3 bytes to 3: the same bytes. */
 NPXLATE_API int32_t tx_adjacency_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
+
+/* Result, 90 bytes to 32, in seven variants: X with L72.2 set, else T1 with L2.0, else T2 with L0.7 or L1.4, else T3
+ * with L1.1, else T4 with L1.2, else T5 with L1.6, else T6. X is an address pair, byte-reversed, of which L35 is not
+ * carried. In T1, P4-5 is L16-17 instead of L4-5 when L12.1 is set, and the virtual queue index L16-17 with the range
+ * L20 stands in P12-13 when it is clear. */
 NPXLATE_API int32_t tx_adjacency_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
+
+/* The way back, 32 bytes to 90: T2 with P3.7 set, else T4 with P1.3, else as T6; X, T1, T3 and T5 have no way back.
+ * Values are not swapped back, each label returns least significant byte first, and L0.4 is the inverse of P1.5. */
 NPXLATE_API int32_t tx_adjacency_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                            void *logical);
 
-/* ---- Next-hop index, TE next-hop and RPF list tables ---- */
+/* ---- TE next hop (7), strict RPF list (16), egress port (19), next-hop index (98): all read back by the generic
+ * reverse, as the bytes that the network processor holds ---- */
 
+/* TE next-hop key, 2 bytes to 2: the same bytes. */
 NPXLATE_API int32_t te_nh_adjacency_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
+
+/* TE next-hop result, 61 bytes to 32. Header 0x31, with L0.6 in P0.6. With L0.5 set, P0.6 is set, L60 stands in place
+ * of L58, and P1.0 tells whether L56 is greater than 31. With L0.5 clear, P0.7 tells whether the 24-bit value L8-10 is
+ * at most TX_ADJ_KEY_MAX. The labels L20-22 and L25-27 share the flag L29.0. */
 NPXLATE_API int32_t te_nh_adjacency_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                       uint32_t *physical_length);
+
+/* Strict RPF list key, 3 bytes to 3: the same bytes. */
 NPXLATE_API int32_t strict_rpf_uidb_list_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                         uint32_t *physical_length);
+
+/* Strict RPF list result, 33 bytes to 32: of each of the eight 32-bit entries in L1-32 the first two bytes, in their
+ * order. Of L0 only bit 0 is carried. */
 NPXLATE_API int32_t strict_rpf_uidb_list_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                            uint32_t *physical_length);
+
+/* Egress port key, 2 bytes to 2: the same bytes. The table's result is generic. */
 NPXLATE_API int32_t egr_port_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
+
+/* Next-hop index key, 3 bytes to 3: the same bytes. */
 NPXLATE_API int32_t nhindex_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                            uint32_t *physical_length);
+
+/* Next-hop index result, 21 bytes to 32. P1.7 is set when L0.3 is clear or any of L0.2-0 is set, P1.4 when L0.3 is
+ * clear or L0.1 is set, P1.3 always. Only L17-20 is byte-reversed. */
 NPXLATE_API int32_t nhindex_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
@@ -218,7 +256,8 @@ NPXLATE_API int32_t cfm_hwo_xlate_tx2_result(const void *logical, int32_t logica
 /* The way back, 64 bytes to 64. Sets L0 to 0x11, the header byte, and L32 to 1. */
 NPXLATE_API int32_t cfm_logical_hwo_xlate_tx2_result(const void *physical, int32_t physical_length, void *logical);
 
-/* Receive result, 24 bytes to 24. Of L0 the bits 7, 6 and 3-1 are carried. */
+/* Receive result, 24 bytes to 24; the values L4-6, L8-10 and L12-14 become big-endian. Of L0 the bits 7, 6 and 3-1 are
+ * carried; L3, L11, L15 and L20-23 are not. */
 NPXLATE_API int32_t cfm_hwo_xlate_rx_result(const void *logical, int32_t logical_length, void *physical,
                                             uint32_t *physical_length);
 
@@ -233,7 +272,8 @@ NPXLATE_API int32_t bfd_hw_offload_xlate_tx_key(const void *logical, int32_t log
                                                 uint32_t *physical_length);
 
 /* Encapsulation result, table 108, 96 bytes to 96. A record with L32.7-4 = 1 is a CFM record and is translated as by
- * cfm_hwo_xlate_tx_result. In any other P32 and P64 are 0: L32 and L64 are not carried. */
+ * cfm_hwo_xlate_tx_result. In any other the values L2-5 and L16-19 become big-endian, and P32 and P64 are 0: L32 and
+ * L64 are not carried. */
 NPXLATE_API int32_t bfd_hw_offload_xlate_encap_result(const void *logical, int32_t logical_length, void *physical,
                                                       uint32_t *physical_length);
 
@@ -265,7 +305,7 @@ NPXLATE_API int32_t bfd_disc_xlate_rx_key(const void *logical, int32_t logical_l
 
 /* Receive result, table 110, 24 bytes to 24. L7 is the type: 1 is a CFM record, translated as by
  * cfm_hwo_xlate_rx_result; 2 is a discriminator record, translated as by bfd_disc_xlate_rx_result; any other a BFD
- * record. */
+ * record, of which L11, L15, L19 and L23 are not carried. */
 NPXLATE_API int32_t bfd_hw_offload_xlate_rx_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
 
@@ -313,7 +353,8 @@ NPXLATE_API int32_t ip_leaf_st_xlate_result(const void *logical, int32_t logical
 /* IP leaf read back: 32 bytes to 64. L4-5 comes back as the hop byte, not as the count, and the triple of P19-21
  * always as L32-34. Not restored, and zero: L0.7, L1, L2.2-7, L12-15 and L18-27 where they are no label entries,
  * L36-38, L48, L49.0-6, L52-58, the next-hop value, and the overlays as such: what they wrote over comes back as the
- * variant's own bytes. L40-42 and L51 come back in every variant. */
+ * variant's own bytes. L40-42 and L51 come back in every variant; L6-7, L28-33, L44-47, L49.7 and L50.2-0 only in
+ * variant A. */
 NPXLATE_API int32_t ip_leaf_st_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
 /* ---- Fast-path IP leaf: tables 121 (IPv4) and 42 (IPv6), read back by the generic reverse ---- */
@@ -365,7 +406,8 @@ NPXLATE_API int32_t nr_ldi_entry_st_xlate_key(const void *logical, int32_t logic
 
 /* Non-recursive load-distribution entry: 168 bytes to 32. The first of these bits that is set chooses the form: L2.7
  * (ten labels), L2.3, L2.4, L1.7 (recursive form, with the header 0x91), L1.1 (protected path), L1.3; the plain form
- * if none is. In the last three L0.4, L2.5, L156.0 and L156.1 change what P10-15 and P25-30 carry. */
+ * if none is. In the last three L0.4 (and with it L0.3), L2.5, L156.0 and L156.1 change what P10-15 and P25-30 carry;
+ * in the protected path with L0.0, L0.1, L0.7 and L1.0 clear so does L1.5. */
 NPXLATE_API int32_t nr_ldi_entry_st_result(const void *logical, int32_t logical_length, void *physical,
                                            uint32_t *physical_length);
 
@@ -421,7 +463,7 @@ NPXLATE_API int32_t lag_info_type_logical_xlate_result(const void *physical, int
 NPXLATE_API int32_t prot_lag_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 
-/* Protected bundle result: 16 bytes to 16. L0, L1, L5, L6.7, L8.7-3 and L9 are not carried. */
+/* Protected bundle result: 16 bytes to 16. L0, L1, L5, L6.7, L8.7-3, L9 and L14-15 are not carried. */
 NPXLATE_API int32_t prot_lag_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
@@ -854,8 +896,9 @@ NPXLATE_API int32_t l2_ufib_type_xlate_result(const void *logical, int32_t logic
 
 /* And back, 32 bytes to 72. The variants do not exclude each other here: an entry that has the flag of another variant
  * set too (L0.0, or L0.2) gets that one's fields as well, out of the same bytes. What does not come back: bit 0 of
- * L8-11; L1.5 to L1.7, L2.0, L2.1, L2.3, L3.5 to L3.7 and L71; L2.2 unless L0.2 is set; L2.4 and L2.6 unless L0.2 is
- * set and L0.1 or L0.6 is clear; L1.2 and L3.1 unless L1.0 is set. */
+ * L8-11; L1.5 to L1.7, L2.0, L2.1, L2.3, L3.5 to L3.7 and L71; L2.2 unless L0.2 is set; L2.4 unless L0.2 is set and
+ * L0.1 or L0.6 is clear; L2.6 unless L0.2 is set and L1.0, L0.0 and L0.1 are clear; L1.2 and L3.1 unless L1.0 is set.
+ */
 NPXLATE_API int32_t l2_ufib_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
 /* ---- I-SID and EVPN MAC: tables 58 and 70 ---- */
@@ -1086,8 +1129,10 @@ NPXLATE_API int32_t ent_h_l2tpv3ov6_tun_str_xlate_result(const void *logical, in
 /* QoS string, by name. 36 bytes to 32: twelve marking values in two groups (L8-16 and L18-26), each tagged with a code
  * for the kind of marking it sets. The kinds of a group's first pair make its 16-bit kind mask (P12-13, P24-25) and
  * order the pair: when the bit that the second code adds is above the first code's, the mask read least significant
- * byte first, the two values change places. A value with code 15 is absent and stands as 0. L7.6, L17.6 and L31.1 are
- * not carried. */
+ * byte first, the two values change places; so they do when only the second code has a bit in the mask. They change
+ * places before a code of 15 blanks its place: with 15 as the first code, what stands beside it is the first value, and
+ * the second is lost. The shifts of the first pair's kinds serve all three pairs; six bits of a shifted value are
+ * carried. L7.6, L17.6 and L31.1 are not carried. */
 NPXLATE_API int32_t qos_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
@@ -1169,9 +1214,9 @@ NPXLATE_API int32_t remote_punt_xlate_result(const void *logical, int32_t logica
 /* ---- Mirroring and sampling ---- */
 
 /* SPAN forwarding, table 22: where a mirrored packet goes. Key: 4 bytes to 3; L1 is not carried. Result: 28 bytes to
- * 32; L5-7, L16-17, L21-23 and L27 are not carried, the address in L8-13 and the value in L14-15 only when L4.2 is set.
- * The result translator changes its input: a value above 128 in L18-19 becomes 128 there too, so the logical record
- * must be writable. What is carried reads back as it was. */
+ * 32; L4.7-3, L5-7, L16-17, L21-23 and L27 are not carried, the address in L8-13 and the value in L14-15 only when L4.2
+ * is set. The result translator changes its input: a value above 128 in L18-19 becomes 128 there too, so the logical
+ * record must be writable. What is carried reads back as it was. */
 NPXLATE_API int32_t span_fwd_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 NPXLATE_API int32_t span_fwd_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
@@ -1180,9 +1225,9 @@ NPXLATE_API int32_t span_fwd_logical_xlate_result(const void *physical, int32_t 
 
 /* Sampling information, table 69. Key: 4 bytes to 3. Result: 9 bytes to 16. The rates (L0-1) 2048, 4096, 8192, 16384,
  * 32768 and 65535, the last standing for 65536, go out as rate / 1024 - 1 with P0.6 set, and then neither L2-3 nor L5-7
- * is carried; every other rate goes out as it is, with P0.5 set when it is above 255. Table 69 reads back by
- * generic_xlate_logical_result; the record's own reverse translator, sample_nf_info_logical_res_xlate, stands in the
- * slot of table 67 and is declared there. */
+ * is carried; every other rate goes out as it is, with P0.5 set when it is above 255. L4 and L8.3-0 are never
+ * carried. Table 69 reads back by generic_xlate_logical_result; the record's own reverse translator,
+ * sample_nf_info_logical_res_xlate, stands in the slot of table 67 and is declared there. */
 NPXLATE_API int32_t sample_nf_info_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 NPXLATE_API int32_t sample_nf_info_st_xlate_result(const void *logical, int32_t logical_length, void *physical,

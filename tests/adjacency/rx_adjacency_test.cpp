@@ -173,19 +173,6 @@ Bytes there_and_back(const Bytes& logical) {
     return translate(reverse, translate(result, logical).out, Bytes(30, 0xee)).out;
 }
 
-// No bit of these positions shows in the output.
-void expect_not_carried(const Translator& translator, const Bytes& base, std::initializer_list<const char*> positions) {
-    for (const char* text : positions) {
-        const Position where = position(text);
-        for (std::size_t byte = where.first; byte <= where.last; ++byte) {
-            for (unsigned i = where.low; i <= where.high; ++i) {
-                const std::string input_bit = where.record + std::to_string(byte) + "." + std::to_string(i);
-                EXPECT_EQ(changes(translator, base, input_bit), "") << input_bit << " of " << hex(base);
-            }
-        }
-    }
-}
-
 TEST(RxAdjacency, IsTable4) {
     EXPECT_EQ(l2p_ucode_func_table[4].key, rx_adjacency_type_xlate_key);
     EXPECT_EQ(l2p_ucode_func_table[4].result, rx_adjacency_type_xlate_result);

@@ -3,9 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <limits>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <npxlate/npxlate.h>
@@ -117,19 +115,6 @@ bool marked(std::uint64_t index) {
     Bytes logical(61);
     put_little(logical, 8, 3, index);
     return bit(translate(result, logical).out, 0, 7);
-}
-
-// No bit of these positions shows in the output.
-void expect_not_carried(const Translator& translator, const Bytes& base, std::initializer_list<const char*> positions) {
-    for (const char* text : positions) {
-        const Position where = position(text);
-        for (std::size_t byte = where.first; byte <= where.last; ++byte) {
-            for (unsigned i = where.low; i <= where.high; ++i) {
-                const std::string input_bit = where.record + std::to_string(byte) + "." + std::to_string(i);
-                EXPECT_EQ(changes(translator, base, input_bit), "") << input_bit << " of " << hex(base);
-            }
-        }
-    }
 }
 
 TEST(TeNextHop, IsTable7AndReadsBackGenerically) {

@@ -6,7 +6,6 @@
 #include <limits>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <npxlate/npxlate.h>
@@ -321,19 +320,6 @@ Bytes example(Layout layout) {
 
 Bytes there_and_back(const Bytes& logical) {
     return translate(reverse, translate(result, logical).out, Bytes(90, 0xee)).out;
-}
-
-// No bit of these positions shows in the output.
-void expect_not_carried(const Translator& translator, const Bytes& base, std::initializer_list<const char*> positions) {
-    for (const char* text : positions) {
-        const Position where = position(text);
-        for (std::size_t byte = where.first; byte <= where.last; ++byte) {
-            for (unsigned i = where.low; i <= where.high; ++i) {
-                const std::string input_bit = where.record + std::to_string(byte) + "." + std::to_string(i);
-                EXPECT_EQ(changes(translator, base, input_bit), "") << input_bit << " of " << hex(base);
-            }
-        }
-    }
 }
 
 TEST(TxAdjacency, IsTable5) {

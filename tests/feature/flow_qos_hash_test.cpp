@@ -111,10 +111,8 @@ TEST(FlowQosHash, LeavesTheRestOfAPreparedBuffer) {
 }
 
 TEST(FlowQosHash, IgnoresTheLength) {
-    for (const std::int32_t length : {-1, 0, 15, 17, 23, 25, 1000}) {
-        EXPECT_EQ(translate_with_length(key, counting(24), length), translate(key, counting(24))) << length;
-        EXPECT_EQ(translate_with_length(result, counting(16), length), translate(result, counting(16))) << length;
-    }
+    expect_length_ignored(key, counting(24));
+    expect_length_ignored(result, counting(16));
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <string>
-#include <utility>
 
 #include "frame/helpers.h"
 #include "support/harness.h"

@@ -1,10 +1,7 @@
 // The extension of a bridge-domain entry, whose fields lie in the bridge domain's logical record.
-#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -58,17 +55,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     put_little(out, 60, 4, little(in, 8, 3) << 1);
     return {};
 }
-
-// A record with bytes, given in hex, put in at their places.
-Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, const char*>> parts) {
-    for (const auto& [at, text] : parts) {
-        const Bytes part = bytes(text);
-        std::copy(part.begin(), part.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
-    }
-    return record;
-}
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 TEST(BridgeDomainExtKey, IsTheNumberLowOrderByteFirstAndAZero) {
     walk(key, key_model, patterns(2));

@@ -1,10 +1,6 @@
 // The bridge-domain member: one attachment of a bridge domain, in one of three forms.
-#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -87,17 +83,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     last.apply(in, out);
     return {};
 }
-
-// A record with bytes, given in hex, put in at their places.
-Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, const char*>> parts) {
-    for (const auto& [at, text] : parts) {
-        const Bytes part = bytes(text);
-        std::copy(part.begin(), part.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
-    }
-    return record;
-}
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 // The flags that choose the layout: L0.1, L0.3, L1.1 and, within the second variant, L0.5.
 void choose(Bytes& in, unsigned choice) {

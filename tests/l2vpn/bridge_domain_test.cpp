@@ -1,10 +1,8 @@
 // The bridge-domain entry: its key, its result and a way back that mirrors it only in part.
-#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -140,21 +138,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     }
     return {};
 }
-
-// A record with bytes, given in hex, put in at their places.
-Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, const char*>> parts) {
-    for (const auto& [at, text] : parts) {
-        const Bytes part = bytes(text);
-        std::copy(part.begin(), part.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
-    }
-    return record;
-}
-
-Bytes slice(const Bytes& record, std::ptrdiff_t first, std::ptrdiff_t last) {
-    return Bytes(record.begin() + first, record.begin() + last + 1);
-}
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 // The flags that choose what stands in P11-19: L0.3, L2.1, L4.0, L3.1, L3.0, L2.7.
 void choose(Bytes& in, unsigned choice) {

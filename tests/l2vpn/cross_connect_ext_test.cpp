@@ -1,7 +1,6 @@
 // The extension of a cross-connect entry: three fields in three byte orders at the end of the shared logical record.
 #include <cstdint>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -55,8 +54,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size, 3)}; }
 
 TEST(CrossConnectExtKey, CarriesNineteenBitsLowOrderByteFirst) {
     walk(key, key_model, patterns(4));

@@ -1,10 +1,10 @@
 // The main cross-connect entry: its key, its result of eleven types and the way back.
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -277,15 +277,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
 // ---------------------------------------------------------------------------------------------------------------------
 // Records
 
-// A record with bytes, given in hex, put in at their places.
-Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, const char*>> parts) {
-    for (const auto& [at, text] : parts) {
-        const Bytes part = bytes(text);
-        std::copy(part.begin(), part.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
-    }
-    return record;
-}
-
 Bytes of_type(std::uint64_t type, Bytes record = Bytes(92)) {
     put_little(record, 8, 4, type);
     if (type == 11) {
@@ -293,8 +284,6 @@ Bytes of_type(std::uint64_t type, Bytes record = Bytes(92)) {
     }
     return record;
 }
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 // Each pattern with the two flags that choose between layouts in all four ways.
 std::vector<Bytes> bases_of_type(std::uint64_t type) {
@@ -773,7 +762,7 @@ TEST(CrossConnectReverse, DoesNotReadTheSummariesAndTheCodeBit) {
 // There and back
 
 TEST(CrossConnect, ComesBackWithTheFieldsOfItsType) {
-    using Parts = std::initializer_list<std::pair<std::size_t, const char*>>;
+    using Parts = std::initializer_list<std::pair<std::size_t, std::string_view>>;
     const auto back = [](std::uint64_t type) {
         return hex(translate(reverse_result, translate(result, of_type(type, counting(92))).out).out);
     };

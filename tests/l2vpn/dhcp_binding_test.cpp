@@ -1,6 +1,5 @@
 // The DHCP binding: a key of its own, a result that is a constant.
 #include <cstdint>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -31,8 +30,6 @@ Reply result_model(Bytes&, Bytes& out) {
     out[0] = 0x11;
     return {.length = 8};
 }
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 TEST(DhcpBindingKey, CarriesItsFieldsAndNothingElse) {
     walk(key, key_model, patterns(18));

@@ -2,7 +2,6 @@
 // apart.
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -75,10 +74,6 @@ Reply esi_reverse_model(Bytes& in, Bytes& out) {
     static const Rows rows{"L0-7 = 0", "L4-7 = P2-5", "L1.0 = P0.0"};
     rows.apply(in, out);
     return {};
-}
-
-std::vector<Bytes> patterns(std::size_t size) {
-    return {Bytes(size), Bytes(size, 0xff), counting(size), counting(size, 0x81)};
 }
 
 // ---------------------------------------------------------------------------------------------------------------------

@@ -1,10 +1,6 @@
 // The EVPN MAC entry.
-#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -45,17 +41,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
-
-// A record with bytes, given in hex, put in at their places.
-Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, const char*>> parts) {
-    for (const auto& [at, text] : parts) {
-        const Bytes part = bytes(text);
-        std::copy(part.begin(), part.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
-    }
-    return record;
-}
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 TEST(EvpnMacKey, IsTheMacAddressAndASixteenBitValue) {
     walk(key, key_model, patterns(10));

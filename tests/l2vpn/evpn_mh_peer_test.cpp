@@ -2,7 +2,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -72,10 +71,6 @@ Reply peer_reverse_model(Bytes& in, Bytes& out) {
     static const Rows rows{"L0-11 = 0", "L1-3 = P4-6"};
     rows.apply(in, out);
     return {};
-}
-
-std::vector<Bytes> patterns(std::size_t size) {
-    return {Bytes(size), Bytes(size, 0xff), counting(size), counting(size, 0x81)};
 }
 
 // The PBB-EVPN key of a value at L8-11.

@@ -1,10 +1,9 @@
 // The layer-2 unicast forwarding entry: a MAC address and where its frames go, in one of several forms.
-#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>
+#include <string_view>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -139,21 +138,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Records
-
-// A record with bytes, given in hex, put in at their places.
-Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, const char*>> parts) {
-    for (const auto& [at, text] : parts) {
-        const Bytes part = bytes(text);
-        std::copy(part.begin(), part.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
-    }
-    return record;
-}
-
-Bytes slice(const Bytes& record, std::ptrdiff_t first, std::ptrdiff_t last) {
-    return Bytes(record.begin() + first, record.begin() + last + 1);
-}
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 // The flags that choose the layout: L0.7, L1.0, L0.2-0, L3.1, L0.6, L2.7-6.
 constexpr unsigned choices = 512;
@@ -458,7 +442,7 @@ TEST(L2Ufib, ComesBackWithTheFieldsOfItsVariant) {
         EXPECT_EQ(outcome.length, std::nullopt);
         return hex(outcome.out);
     };
-    const auto expected = [&common](std::initializer_list<std::pair<std::size_t, const char*>> parts) {
+    const auto expected = [&common](std::initializer_list<std::pair<std::size_t, std::string_view>> parts) {
         return hex(with(common, parts));
     };
     EXPECT_EQ(back("00 00 00 00"), expected({{4, "04 05 06 07"}}));

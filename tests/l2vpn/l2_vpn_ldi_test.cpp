@@ -1,7 +1,6 @@
 // The L2VPN load-distribution entry: up to four labelled paths or a plain one.
 #include <cstdint>
 #include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -51,8 +50,6 @@ Reply result_model(Bytes& in, Bytes& out) {
     }
     return {.length = 32};
 }
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 Bytes labelled_zeros() {
     Bytes in(36);

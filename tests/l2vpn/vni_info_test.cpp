@@ -1,11 +1,7 @@
 // The VNI information entry, whose key translator writes into its input.
-#include <algorithm>
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -54,17 +50,6 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     set_bit(out, 0, 0, in[11] == 4);
     return {};
 }
-
-// A record with bytes, given in hex, put in at their places.
-Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, const char*>> parts) {
-    for (const auto& [at, text] : parts) {
-        const Bytes part = bytes(text);
-        std::copy(part.begin(), part.end(), record.begin() + static_cast<std::ptrdiff_t>(at));
-    }
-    return record;
-}
-
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size)}; }
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Key

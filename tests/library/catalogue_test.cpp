@@ -7,12 +7,20 @@
 
 #include <algorithm>
 #include <fstream>
+#include <ostream>
 #include <regex>
 #include <set>
 #include <string>
 
 #include "catalogue/example.h"
 #include "support/harness.h"
+
+namespace catalogue {
+
+// How GoogleTest names a translator.
+static void PrintTo(const Translator& translator, std::ostream* out) { *out << translator.name; }
+
+}  // namespace catalogue
 
 namespace {
 

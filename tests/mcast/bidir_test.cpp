@@ -129,10 +129,7 @@ TEST(Bidir, ReadbackTakesItsExactLengthAndElseWritesNothing) {
 TEST(Bidir, ForwardTranslatorsDoNotLookAtTheLength) {
     for (const Translator& translator : {key, result}) {
         const Bytes in = counting(translator.in_size, 1);
-        for (const std::int32_t length : {-1, 0, 1, 1000}) {
-            EXPECT_EQ(translate_with_length(translator, in, length), translate(translator, in))
-                << translator.name << " " << length;
-        }
+        expect_length_ignored(translator, in);
     }
 }
 

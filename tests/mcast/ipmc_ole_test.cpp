@@ -2,7 +2,6 @@
 // variant without one.
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -367,10 +366,7 @@ TEST(IpmcOle, ReadbackTakesItsExactLengthAndElseWritesNothing) {
 TEST(IpmcOle, ForwardTranslatorsDoNotLookAtTheLength) {
     for (const Translator& translator : {key, result}) {
         const Bytes in = counting(translator.in_size, 1);
-        for (const std::int32_t length : {-1, 0, 1, 1000}) {
-            EXPECT_EQ(translate_with_length(translator, in, length), translate(translator, in))
-                << translator.name << " " << length;
-        }
+        expect_length_ignored(translator, in);
     }
 }
 

@@ -157,8 +157,6 @@ Bytes with(Bytes record, std::size_t byte, unsigned high, unsigned low, unsigned
     return record;
 }
 
-std::vector<Bytes> patterns(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size, 0x81)}; }
-
 // Where a record holds its type, and where the flag that chooses between layouts (if it has none, any bit will do).
 struct Variants {
     std::size_t type_byte;

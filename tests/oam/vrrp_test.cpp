@@ -50,11 +50,9 @@ TEST(Vrrp, RandomRecordsAreTranslatedAsDocumented) {
 
 TEST(Vrrp, NoTranslatorLooksAtTheLengthItIsGiven) {
     const Bytes record = bytes("01 02 03 04 05 06 07 08");
-    for (const std::int32_t length : {-1, 0, 7, 9, 0x7fffffff}) {
-        EXPECT_EQ(translate_with_length(vmac_key, record, length), translate(vmac_key, record));
-        EXPECT_EQ(translate_with_length(vmac_result, record, length), translate(vmac_result, record));
-        EXPECT_EQ(translate_with_length(vmac_back, record, length), translate(vmac_back, record));
-    }
+    expect_length_ignored(vmac_key, record);
+    expect_length_ignored(vmac_result, record);
+    expect_length_ignored(vmac_back, record);
 }
 
 TEST(VrrpKey, TurnsTheMacAddressAroundAndKeepsTheQualifier) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <npxlate/npxlate.h>
 
-#include "route/route_records.h"
 #include "support/harness.h"
 #include "support/record.h"
 #include "support/rows.h"
@@ -9,7 +8,6 @@
 namespace {
 
 using namespace support;
-using route::record;
 
 const Translator key = FORWARD(ext_lspa_st_xlate_key, 3, 3);
 const Translator result = FORWARD(ext_lspa_st_result, 20, 16);
@@ -41,7 +39,7 @@ TEST(ExtendedLspAttributeKey, KeepsItsThreeBytes) {
     EXPECT_EQ(hex(outcome.out), "12 34 56");
     walk(key, key_model, {Bytes(3), Bytes(3, 0xff), counting(3, 0x71)});
     check_random(key, key_model, 200);
-    route::expect_length_ignored(key, bytes("12 34 56"));
+    expect_length_ignored(key, bytes("12 34 56"));
 }
 
 TEST(ExtendedLspAttribute, EveryBitLandsWhereItBelongs) {
@@ -60,17 +58,16 @@ TEST(ExtendedLspAttribute, HoldsFourLabelsWithTheirFlags) {
 TEST(ExtendedLspAttribute, WritesLabelsOfZeroToo) {
     const Outcome outcome = translate(result, Bytes(20), Bytes(16, 0xff));
     EXPECT_EQ(outcome.length, 16U);
-    EXPECT_EQ(hex(outcome.out), hex(record(16, {{0, "11"}})));
-    const Bytes last_only = record(20, {{15, "45 23 01 00 01"}});
-    EXPECT_EQ(hex(translate(result, last_only).out), hex(record(16, {{0, "11"}, {13, "12 34 51"}})));
+    EXPECT_EQ(hex(outcome.out), hex(with(Bytes(16), {{0, "11"}})));
+    const Bytes last_only = with(Bytes(20), {{15, "45 23 01 00 01"}});
+    EXPECT_EQ(hex(translate(result, last_only).out), hex(with(Bytes(16), {{0, "11"}, {13, "12 34 51"}})));
 }
 
 TEST(ExtendedLspAttribute, DropsWhatIsNeitherLabelNorFlag) {
     for (const Bytes& base : {Bytes(20), Bytes(20, 0xff)}) {
-        EXPECT_EQ(route::carried(result, base,
-                                 {"L2.7-4", "L3", "L4.7-1", "L7.7-4", "L8", "L9.7-1", "L12.7-4", "L13", "L14.7-1",
-                                  "L17.7-4", "L18", "L19.7-1"}),
-                  "");
+        expect_not_carried(result, base,
+                           {"L2.7-4", "L3", "L4.7-1", "L7.7-4", "L8", "L9.7-1", "L12.7-4", "L13", "L14.7-1", "L17.7-4",
+                            "L18", "L19.7-1"});
     }
     EXPECT_EQ(changes(result, Bytes(20), "L2.3"), "P4.7");
     EXPECT_EQ(changes(result, Bytes(20), "L4.0"), "P6.0");
@@ -78,7 +75,7 @@ TEST(ExtendedLspAttribute, DropsWhatIsNeitherLabelNorFlag) {
     EXPECT_EQ(changes(result, Bytes(20), "L19.0"), "P15.0");
 }
 
-TEST(ExtendedLspAttribute, MindsNoLength) { route::expect_length_ignored(result, counting(20, 0x51)); }
+TEST(ExtendedLspAttribute, MindsNoLength) { expect_length_ignored(result, counting(20, 0x51)); }
 
 TEST(ExtendedLspAttribute, StandsInItsDispatchSlots) {
     EXPECT_EQ(l2p_ucode_func_table[37].key, ext_lspa_st_xlate_key);

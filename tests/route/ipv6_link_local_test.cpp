@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <npxlate/npxlate.h>
 
-#include "route/route_records.h"
 #include "support/harness.h"
 #include "support/record.h"
 #include "support/rows.h"
@@ -11,7 +10,6 @@
 namespace {
 
 using namespace support;
-using route::record;
 
 const Translator key = FORWARD(ipv6_ll_xlate_hash_key, 20, 20);
 const Translator result = FORWARD(ipv6_ll_xlate_hash_result, 3, 8);
@@ -61,10 +59,10 @@ TEST(Ipv6LinkLocalKey, ReversesTheAddressAndPutsTheQualifierBehindIt) {
 }
 
 TEST(Ipv6LinkLocalKey, ShorterLengthsCarryFewerAddressBytes) {
-    EXPECT_EQ(hex(translate(key_of(4), counting(4)).out), hex(record(20, {{16, "03 02 01 00"}})));
-    EXPECT_EQ(hex(translate(key_of(5), counting(5)).out), hex(record(20, {{0, "04"}, {16, "03 02 01 00"}})));
+    EXPECT_EQ(hex(translate(key_of(4), counting(4)).out), hex(with(Bytes(20), {{16, "03 02 01 00"}})));
+    EXPECT_EQ(hex(translate(key_of(5), counting(5)).out), hex(with(Bytes(20), {{0, "04"}, {16, "03 02 01 00"}})));
     EXPECT_EQ(hex(translate(key_of(12), counting(12)).out),
-              hex(record(20, {{0, "0b 0a 09 08 07 06 05 04"}, {16, "03 02 01 00"}})));
+              hex(with(Bytes(20), {{0, "0b 0a 09 08 07 06 05 04"}, {16, "03 02 01 00"}})));
     for (std::size_t size = 4; size <= 20; ++size) {
         EXPECT_EQ(translate(key_of(size), counting(size)).length, 20U) << size;
         walk(key_of(size), key_model, {Bytes(size), counting(size, 0x71)});
@@ -73,9 +71,9 @@ TEST(Ipv6LinkLocalKey, ShorterLengthsCarryFewerAddressBytes) {
 
 TEST(Ipv6LinkLocalKey, LengthAndNotTheRecordDecidesHowMuchIsCarried) {
     const Outcome outcome = translate_with_length(key, counting(20), 12, Bytes(20, 0xff));
-    EXPECT_EQ(hex(outcome.out), hex(record(20, {{0, "0b 0a 09 08 07 06 05 04"}, {16, "03 02 01 00"}})));
+    EXPECT_EQ(hex(outcome.out), hex(with(Bytes(20), {{0, "0b 0a 09 08 07 06 05 04"}, {16, "03 02 01 00"}})));
     EXPECT_EQ(hex(translate_with_length(key, counting(20), 4, Bytes(20, 0xff)).out),
-              hex(record(20, {{16, "03 02 01 00"}})));
+              hex(with(Bytes(20), {{16, "03 02 01 00"}})));
 }
 
 TEST(Ipv6LinkLocalKey, LongerLengthsPutTheAddressOverTheQualifier) {
@@ -123,7 +121,7 @@ TEST(Ipv6LinkLocal, ThreeBytesEndTheResult) {
     EXPECT_EQ(hex(translate(result, Bytes(3)).out), "11 00 00 00 00 00 00 00");
     walk(result, result_model, {Bytes(3), Bytes(3, 0xff), counting(3, 0x71)});
     check_random(result, result_model, 200);
-    route::expect_length_ignored(result, bytes("aa bb cc"));
+    expect_length_ignored(result, bytes("aa bb cc"));
 }
 
 TEST(Ipv6LinkLocal, StandsInItsDispatchSlots) {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <npxlate/npxlate.h>
 
-#include "route/route_records.h"
 #include "support/harness.h"
 #include "support/record.h"
 #include "support/rows.h"
@@ -12,7 +11,6 @@
 namespace {
 
 using namespace support;
-using route::record;
 
 const Translator key = FORWARD(lag_info_type_xlate_key, 8, 2);
 const Translator result = FORWARD(lag_info_type_xlate_result, 12, 8);
@@ -73,8 +71,8 @@ TEST(LagInfoKey, EveryBitOfEveryKindLandsWhereItBelongs) {
 }
 
 TEST(LagInfoKey, DropsWhatLiesAboveTheId) {
-    EXPECT_EQ(route::carried(key, Bytes(8), {"L5.7-4", "L6-7", "L1-3", "L0.7-2"}), "");
-    route::expect_length_ignored(key, bytes("02 00 00 00 23 01 00 00"));
+    expect_not_carried(key, Bytes(8), {"L5.7-4", "L6-7", "L1-3", "L0.7-2"});
+    expect_length_ignored(key, bytes("02 00 00 00 23 01 00 00"));
 }
 
 // ---- Result ----
@@ -104,7 +102,7 @@ TEST(LagInfo, SplitsTheMemberCountLessOne) {
                                                           {"80", "11 00 00 f0 0f 00 00 80"},
                                                           {"81", "11 00 00 00 08 00 00 81"},
                                                           {"ff", "11 00 00 f0 0e 00 00 ff"}}) {
-        const Outcome outcome = translate(result, record(12, {{4, count}}), Bytes(8, 0xff));
+        const Outcome outcome = translate(result, with(Bytes(12), {{4, count}}), Bytes(8, 0xff));
         EXPECT_EQ(outcome.status, 0) << count;
         EXPECT_EQ(outcome.length, 8U) << count;
         EXPECT_EQ(hex(outcome.out), expected) << count;
@@ -114,8 +112,8 @@ TEST(LagInfo, SplitsTheMemberCountLessOne) {
 TEST(LagInfo, CodeStandsAboveInItsByte) {
     EXPECT_EQ(changes(result, Bytes(12), "L0.0"), "P5.6");
     EXPECT_EQ(changes(result, Bytes(12), "L0.1"), "P5.7");
-    EXPECT_EQ(route::carried(result, Bytes(12), {"L0.7-2", "L1-3", "L5-11"}), "");
-    route::expect_length_ignored(result, counting(12, 0x71));
+    expect_not_carried(result, Bytes(12), {"L0.7-2", "L1-3", "L5-11"});
+    expect_length_ignored(result, counting(12, 0x71));
 }
 
 // ---- And back ----
@@ -125,12 +123,12 @@ TEST(LagInfoBack, OnlyTheMemberCountComesBack) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.length, std::nullopt);
     EXPECT_EQ(hex(outcome.out), "00 00 00 00 ff 00 00 00 00 00 00 00");
-    EXPECT_EQ(route::carried(back, Bytes(8), {"P0-6"}), "");
+    expect_not_carried(back, Bytes(8), {"P0-6"});
     walk(back, back_model, {Bytes(8), Bytes(8, 0xff), counting(8, 0x71)});
     check_random(back, back_model, 500);
-    route::expect_length_ignored(back, counting(8, 0x71));
+    expect_length_ignored(back, counting(8, 0x71));
 
-    const Bytes there = translate(result, record(12, {{0, "03"}, {4, "09"}})).out;
+    const Bytes there = translate(result, with(Bytes(12), {{0, "03"}, {4, "09"}})).out;
     EXPECT_EQ(hex(translate(back, there).out), "00 00 00 00 09 00 00 00 00 00 00 00");
 }
 

@@ -12,7 +12,6 @@
 namespace {
 
 using namespace support;
-using route::record;
 
 const Translator key = FORWARD(lag_type_xlate_key, 7, 3);
 const Translator result = FORWARD(lag_type_xlate_result, 14, 16);
@@ -89,8 +88,8 @@ TEST(LagKey, EveryBitOfEveryKindLandsWhereItBelongs) {
 }
 
 TEST(LagKey, DropsTheHighNibbleOfTheId) {
-    EXPECT_EQ(route::carried(key, Bytes(7), {"L5.7-4", "L1-3", "L0.7-2"}), "");
-    route::expect_length_ignored(key, bytes("02 00 00 00 23 01 45"));
+    expect_not_carried(key, Bytes(7), {"L5.7-4", "L1-3", "L0.7-2"});
+    expect_length_ignored(key, bytes("02 00 00 00 23 01 45"));
 }
 
 // ---- Result ----
@@ -117,46 +116,46 @@ TEST(Lag, HoldsFlagsQueueAndMember) {
 }
 
 TEST(Lag, OfZerosHoldsTheHeaderOnly) {
-    EXPECT_EQ(hex(translate(result, Bytes(14), Bytes(16, 0xff)).out), hex(record(16, {{0, "11"}})));
+    EXPECT_EQ(hex(translate(result, Bytes(14), Bytes(16, 0xff)).out), hex(with(Bytes(16), {{0, "11"}})));
 }
 
 TEST(Lag, QueueIsMarkedWithItsRange) {
     for (const auto& [range, queue] : std::vector<std::pair<const char*, const char*>>{
              {"00", "12 34"}, {"02", "12 34"}, {"04", "1a 34"}, {"08", "1e 34"}, {"0c", "12 34"}, {"ff", "12 34"}}) {
-        const Bytes out = translate(result, record(14, {{5, "34 12"}, {7, range}})).out;
+        const Bytes out = translate(result, with(Bytes(14), {{5, "34 12"}, {7, range}})).out;
         EXPECT_EQ(hex({out.begin() + 4, out.begin() + 6}), queue) << range;
     }
 }
 
 TEST(Lag, MemberIsThereOnlyWhenMarkedValid) {
-    const Bytes unmarked = record(14, {{0, "00"}, {4, "5a"}});
+    const Bytes unmarked = with(Bytes(14), {{0, "00"}, {4, "5a"}});
     EXPECT_EQ(translate(result, unmarked).out[8], 0x00);
     EXPECT_EQ(hex(translate(back, translate(result, unmarked).out).out), hex(Bytes(14)));
-    const Bytes marked = record(14, {{0, "08"}, {4, "5a"}});
+    const Bytes marked = with(Bytes(14), {{0, "08"}, {4, "5a"}});
     EXPECT_EQ(translate(result, marked).out[8], 0x5a);
-    EXPECT_EQ(hex(translate(back, translate(result, marked).out).out), hex(record(14, {{0, "08"}, {4, "5a"}})));
+    EXPECT_EQ(hex(translate(back, translate(result, marked).out).out), hex(with(Bytes(14), {{0, "08"}, {4, "5a"}})));
 }
 
 TEST(Lag, DropsWhatItDoesNotUse) {
-    EXPECT_EQ(route::carried(result, record(14, {{0, "08"}}), {"L0.7-4", "L1", "L8-11", "L13"}), "");
+    expect_not_carried(result, with(Bytes(14), {{0, "08"}}), {"L0.7-4", "L1", "L8-11", "L13"});
     EXPECT_EQ(changes(result, Bytes(14), "L0.0"), "P0.7");
     EXPECT_EQ(changes(result, Bytes(14), "L0.1"), "P0.6");
     EXPECT_EQ(changes(result, Bytes(14), "L0.2"), "P0.5");
-    route::expect_length_ignored(result, counting(14, 0x71));
+    expect_length_ignored(result, counting(14, 0x71));
 }
 
 // ---- And back ----
 
 TEST(LagBack, EveryBitLandsWhereItBelongs) {
-    walk(back, back_model, {Bytes(16), Bytes(16, 0xff), counting(16, 0x71), record(16, {{4, "08"}})});
+    walk(back, back_model, {Bytes(16), Bytes(16, 0xff), counting(16, 0x71), with(Bytes(16), {{4, "08"}})});
     check_random(back, back_model);
-    route::expect_length_ignored(back, counting(16, 0x71));
+    expect_length_ignored(back, counting(16, 0x71));
 }
 
 TEST(LagBack, RangeComesFromTheTwoMarks) {
     for (const auto& [high, range] : std::vector<std::pair<const char*, int>>{
              {"0c", 8}, {"08", 4}, {"04", 0}, {"00", 0}, {"f3", 0}, {"ff", 8}, {"fb", 4}}) {
-        const Bytes out = translate(back, record(16, {{4, high}, {5, "a5"}}), Bytes(14, 0xff)).out;
+        const Bytes out = translate(back, with(Bytes(16), {{4, high}, {5, "a5"}}), Bytes(14, 0xff)).out;
         EXPECT_EQ(out[7], range) << high;
         EXPECT_EQ(out[5], 0xa5) << high;
         EXPECT_EQ(out[6], bytes(high)[0] & 3) << high;
@@ -173,13 +172,13 @@ TEST(LagBack, LosesAFlagAByteAndTheHighBitsOfTheQueue) {
 }
 
 TEST(LagBack, MemberOfZeroIsNotMarkedValid) {
-    EXPECT_EQ(hex(translate(back, translate(result, record(14, {{0, "08"}})).out).out), hex(Bytes(14)));
+    EXPECT_EQ(hex(translate(back, translate(result, with(Bytes(14), {{0, "08"}})).out).out), hex(Bytes(14)));
     EXPECT_EQ(changes(back, Bytes(16), "P8.6"), "L0.3 L4.6");
 }
 
 TEST(LagBack, DoesNotRestoreWhatItDoesNotRead) {
-    EXPECT_EQ(route::carried(back, Bytes(16), {"P0.5-0", "P1-3", "P4.7-4", "P4.2", "P9-15"}), "");
-    EXPECT_EQ(changes(back, record(16, {{4, "08"}}), "P4.2"), "L7.3 L7.2");
+    expect_not_carried(back, Bytes(16), {"P0.5-0", "P1-3", "P4.7-4", "P4.2", "P9-15"});
+    EXPECT_EQ(changes(back, with(Bytes(16), {{4, "08"}}), "P4.2"), "L7.3 L7.2");
 }
 
 TEST(Lag, StandsInItsDispatchSlots) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 #include <npxlate/npxlate.h>
 
-#include "route/route_records.h"
 #include "support/harness.h"
 #include "support/record.h"
 #include "support/rows.h"
@@ -9,7 +8,6 @@
 namespace {
 
 using namespace support;
-using route::record;
 
 const Translator key = FORWARD(prot_lag_st_xlate_key, 3, 3);
 const Translator result = FORWARD(prot_lag_st_xlate_result, 16, 16);
@@ -86,7 +84,7 @@ TEST(ProtectedLagKey, KeepsItsThreeBytes) {
     EXPECT_EQ(hex(outcome.out), "12 34 56");
     walk(key, key_model, {Bytes(3), Bytes(3, 0xff), counting(3, 0x71)});
     check_random(key, key_model, 200);
-    route::expect_length_ignored(key, bytes("12 34 56"));
+    expect_length_ignored(key, bytes("12 34 56"));
 }
 
 // ---- Result ----
@@ -109,7 +107,7 @@ TEST(ProtectedLag, SpreadsItsTwoWords) {
 }
 
 TEST(ProtectedLag, Bit7OfTheSecondWordIsLost) {
-    EXPECT_EQ(hex(translate(result, record(16, {{6, "ff 00"}})).out),
+    EXPECT_EQ(hex(translate(result, with(Bytes(16), {{6, "ff 00"}})).out),
               "11 00 00 00 90 00 00 7f 00 00 00 00 00 00 00 00");
     EXPECT_EQ(changes(result, Bytes(16), "L6.7"), "");
     EXPECT_EQ(changes(result, Bytes(16), "L8.0"), "P7.7");
@@ -117,11 +115,11 @@ TEST(ProtectedLag, Bit7OfTheSecondWordIsLost) {
 }
 
 TEST(ProtectedLag, DropsWhatItDoesNotUse) {
-    EXPECT_EQ(route::carried(result, bundle, {"L0-1", "L5", "L6.7", "L8.7-3", "L9", "L14-15"}), "");
+    expect_not_carried(result, bundle, {"L0-1", "L5", "L6.7", "L8.7-3", "L9", "L14-15"});
     EXPECT_EQ(changes(result, Bytes(16), "L3.4"), "P14.2");
     EXPECT_EQ(changes(result, Bytes(16), "L3.6"), "P14.6");
     EXPECT_EQ(changes(result, Bytes(16), "L4.7"), "P13.7");
-    route::expect_length_ignored(result, bundle);
+    expect_length_ignored(result, bundle);
 }
 
 // ---- And back ----
@@ -145,7 +143,7 @@ TEST(ProtectedLagBack, DoesNotGiveBackTheRecordThatWentOut) {
 }
 
 TEST(ProtectedLagBack, DoesNotRestoreWhatItDoesNotRead) {
-    EXPECT_EQ(route::carried(back, Bytes(16), {"P0-3", "P12", "P13.5-4", "P13.1-0", "P15.5", "P15.3-0"}), "");
+    expect_not_carried(back, Bytes(16), {"P0-3", "P12", "P13.5-4", "P13.1-0", "P15.5", "P15.3-0"});
     EXPECT_EQ(changes(back, Bytes(16), "P5.4"), "L1.0");
     EXPECT_EQ(changes(back, Bytes(16), "P5.5"), "L0.0");
     EXPECT_EQ(changes(back, Bytes(16), "P5.7"), "L0.2");

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <npxlate/npxlate.h>
 
-#include "route/route_records.h"
 #include "support/harness.h"
 #include "support/record.h"
 #include "support/rows.h"
@@ -13,7 +12,6 @@
 namespace {
 
 using namespace support;
-using route::record;
 
 const Translator key = FORWARD(srv6_sida_key_xlate, 3, 3);
 const Translator either = FORWARD(srv6_sida_res_xlate, 80, 32);
@@ -114,7 +112,7 @@ TEST(Srv6SidArrayKey, KeepsItsThreeBytes) {
     EXPECT_EQ(hex(outcome.out), "12 34 56");
     walk(key, key_model, {Bytes(3), Bytes(3, 0xff), counting(3, 0x71)});
     check_random(key, key_model, 200);
-    route::expect_length_ignored(key, bytes("12 34 56"));
+    expect_length_ignored(key, bytes("12 34 56"));
 }
 
 // ---- Results ----
@@ -136,7 +134,7 @@ TEST(Srv6SidArray, RandomRecordsOfBothKindsAgree) {
 }
 
 TEST(Srv6SidArray, ListHoldsBytesOneToSixOfFourSegments) {
-    const Bytes in = record(counting(80), {{0, "01 ff"}});
+    const Bytes in = with(counting(80), {{0, "01 ff"}});
     for (const Translator& translator : {either, list}) {
         const Outcome outcome = translate(translator, in, Bytes(32, 0xff));
         EXPECT_EQ(outcome.status, 0);
@@ -155,7 +153,7 @@ TEST(Srv6SidArray, InformationHoldsAsManySegmentsAsItCounts) {
         "11 24 11 12 13 14 15 16 21 22 23 24 25 26 31 32 33 34 35 36 41 42 43 44 45 46 00 00 00 00 00 00",
     };
     for (unsigned count = 0; count <= 4; ++count) {
-        const Bytes in = information_record(record(counting(80), {{0, "00 00"}}), count, 30);
+        const Bytes in = information_record(with(counting(80), {{0, "00 00"}}), count, 30);
         for (const Translator& translator : {either, information}) {
             const Outcome outcome = translate(translator, in, Bytes(32, 0xff));
             EXPECT_EQ(outcome.status, 0) << count;
@@ -175,18 +173,18 @@ TEST(Srv6SidArray, InformationHoldsItsFlagAndItsFunctionCode) {
                                                                                    {"1e 01 00 00", 0x00},
                                                                                    {"1e 00 01 00", 0x00},
                                                                                    {"1e 00 00 01", 0x00}}) {
-        const Bytes out = translate(information, record(80, {{1, "ff"}, {4, function}})).out;
+        const Bytes out = translate(information, with(Bytes(80), {{1, "ff"}, {4, function}})).out;
         EXPECT_EQ(out[0], 0x51) << function;
         EXPECT_EQ(out[1], second) << function;
     }
-    EXPECT_EQ(translate(information, record(80, {{1, "fe"}})).out[0], 0x11);
+    EXPECT_EQ(translate(information, with(Bytes(80), {{1, "fe"}})).out[0], 0x11);
 }
 
 TEST(Srv6SidArray, MoreThanFourSegmentsAreOutOfRange) {
     for (const auto& [count, second] :
          std::vector<std::pair<unsigned, const char*>>{{5, "25"}, {6, "26"}, {8, "20"}, {0x84, "24"}, {255, "27"}}) {
-        const Bytes in = information_record(record(counting(80), {{0, "00 01"}}), count, 30);
-        const std::string expected = hex(record(32, {{0, "51"}, {1, second}}));
+        const Bytes in = information_record(with(counting(80), {{0, "00 01"}}), count, 30);
+        const std::string expected = hex(with(Bytes(32), {{0, "51"}, {1, second}}));
 
         const Outcome outcome = translate(information, in, Bytes(32, 0xa5));
         EXPECT_EQ(outcome.status, 34) << count;
@@ -204,7 +202,7 @@ TEST(Srv6SidArray, EachKindRefusesTheOther) {
     const Bytes before = counting(32, 0x80);
     for (const auto& [translator, kind] :
          std::vector<std::pair<Translator, const char*>>{{list, "fe"}, {information, "01"}}) {
-        const Outcome outcome = translate(translator, record(80, {{0, kind}}), before);
+        const Outcome outcome = translate(translator, with(Bytes(80), {{0, kind}}), before);
         EXPECT_EQ(outcome.status, 22) << translator.name;
         EXPECT_EQ(outcome.length, std::nullopt) << translator.name;
         EXPECT_EQ(hex(outcome.out), hex(before)) << translator.name;
@@ -212,19 +210,18 @@ TEST(Srv6SidArray, EachKindRefusesTheOther) {
 }
 
 TEST(Srv6SidArray, DropsWhatNeitherKindUses) {
-    for (const Bytes& base : {record(80, {{0, "01"}}), record(80, {{2, "04"}})}) {
-        EXPECT_EQ(
-            route::carried(either, base, {"L0.7-1", "L1.7-4", "L3", "L8-16", "L23-32", "L39-48", "L55-64", "L71-79"}),
-            "");
+    for (const Bytes& base : {with(Bytes(80), {{0, "01"}}), with(Bytes(80), {{2, "04"}})}) {
+        EXPECT_EQ(carried(either, base, {"L0.7-1", "L1.7-4", "L3", "L8-16", "L23-32", "L39-48", "L55-64", "L71-79"}),
+                  "");
     }
-    EXPECT_EQ(route::carried(list, record(80, {{0, "01"}}), {"L2", "L4-7"}), "");
-    EXPECT_EQ(route::carried(information, record(80, {{2, "02"}}), {"L1.7-1", "L48-79"}), "");
+    expect_not_carried(list, with(Bytes(80), {{0, "01"}}), {"L2", "L4-7"});
+    expect_not_carried(information, with(Bytes(80), {{2, "02"}}), {"L1.7-1", "L48-79"});
 }
 
 TEST(Srv6SidArray, MindsNoLength) {
-    route::expect_length_ignored(either, record(counting(80), {{0, "01"}}));
-    route::expect_length_ignored(list, record(counting(80), {{0, "01"}}));
-    route::expect_length_ignored(information, information_record(counting(80), 4, 30));
+    expect_length_ignored(either, with(counting(80), {{0, "01"}}));
+    expect_length_ignored(list, with(counting(80), {{0, "01"}}));
+    expect_length_ignored(information, information_record(counting(80), 4, 30));
 }
 
 TEST(Srv6SidArray, StandsInItsDispatchSlots) {

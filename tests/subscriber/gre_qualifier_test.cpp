@@ -77,10 +77,7 @@ TEST(GreQualifierReverse, EveryBitGoesWhereItBelongs) {
 TEST(GreQualifier, ForwardTranslatorsDoNotLookAtTheLengthTheyAreGiven) {
     for (const Translator* translator : {&qualifier_key, &qualifier_result}) {
         const Bytes record = counting(translator->in_size, 1);
-        for (const std::int32_t length : {-1, 0, 16, 0x7fffffff}) {
-            EXPECT_EQ(translate_with_length(*translator, record, length), translate(*translator, record))
-                << translator->name;
-        }
+        expect_length_ignored(*translator, record);
     }
 }
 

@@ -112,10 +112,7 @@ TEST(L2tpLeaf, RandomRecordsAreTranslatedAsDocumented) {
 TEST(L2tpLeaf, NoTranslatorLooksAtTheLengthItIsGiven) {
     for (const Translator* translator : {&leaf_key, &leaf_result, &leaf_back}) {
         const Bytes record = counting(translator->in_size, 1);
-        for (const std::int32_t length : {-1, 0, 1, 0x7fffffff}) {
-            EXPECT_EQ(translate_with_length(*translator, record, length), translate(*translator, record))
-                << translator->name;
-        }
+        expect_length_ignored(*translator, record);
     }
 }
 

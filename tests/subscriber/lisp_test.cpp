@@ -72,10 +72,7 @@ TEST(LispResult, EveryBitGoesWhereItBelongs) {
 TEST(Lisp, NoTranslatorLooksAtTheLengthItIsGiven) {
     for (const Translator* translator : {&lisp_key, &lisp_result}) {
         for (const Bytes& record : {counting(translator->in_size, 1), Bytes(translator->in_size)}) {
-            for (const std::int32_t length : {-1, 0, 1, 0x7fffffff}) {
-                EXPECT_EQ(translate_with_length(*translator, record, length), translate(*translator, record))
-                    << translator->name;
-            }
+            expect_length_ignored(*translator, record);
         }
     }
 }

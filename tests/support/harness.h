@@ -80,6 +80,9 @@ void check_random(const Translator& translator, const Model& model, int count = 
 // Empty when the bit is not carried. For worked rows and for bits that must not be carried.
 std::string changes(const Translator& translator, const Bytes& base, const std::string& input_bit);
 
+// The bits of these input positions that are carried: carried(t, base, {"L0.5", "L2.7-6"}) == "L2.7 ".
+std::string carried(const Translator& translator, const Bytes& base, const std::vector<std::string>& positions);
+
 // None of these input positions ("L0.7", "L3.6-3", "L8-11") changes the output: no bit of them is carried or looked at.
 void expect_not_carried(const Translator& translator, const Bytes& base, const std::vector<std::string>& positions);
 

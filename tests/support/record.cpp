@@ -49,6 +49,24 @@ std::string hex(const Bytes& record) {
     return text;
 }
 
+Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, std::string_view>> parts) {
+    for (const auto& [first, text] : parts) {
+        for (std::size_t at = first; const std::uint8_t byte : bytes(text)) {
+            record.at(at++) = byte;
+        }
+    }
+    return record;
+}
+
+Bytes slice(const Bytes& record, std::size_t first, std::size_t last) {
+    return {record.begin() + static_cast<std::ptrdiff_t>(first),
+            record.begin() + static_cast<std::ptrdiff_t>(last) + 1};
+}
+
+std::vector<Bytes> patterns(std::size_t size) {
+    return {Bytes(size), Bytes(size, 0xff), counting(size), counting(size, 0x81)};
+}
+
 bool bit(const Bytes& record, std::size_t byte, unsigned bit) { return ((record.at(byte) >> bit) & 1) != 0; }
 
 void set_bit(Bytes& record, std::size_t byte, unsigned bit, bool value) {

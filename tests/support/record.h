@@ -3,8 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace support {
@@ -19,6 +21,15 @@ Bytes counting(std::size_t count, std::uint8_t first = 0);
 
 // Bytes to "11 22 ff".
 std::string hex(const Bytes& record);
+
+// The record with bytes, given in hex, put in at their places: with(Bytes(64), {{4, "05"}, {12, "56 34 12 00"}}).
+Bytes with(Bytes record, std::initializer_list<std::pair<std::size_t, std::string_view>> parts);
+
+// The bytes from first to last (inclusive).
+Bytes slice(const Bytes& record, std::size_t first, std::size_t last);
+
+// Records to walk over: zeros, ones, and two that have each bit 0 in one place and 1 in another.
+std::vector<Bytes> patterns(std::size_t size);
 
 bool bit(const Bytes& record, std::size_t byte, unsigned bit);
 void set_bit(Bytes& record, std::size_t byte, unsigned bit, bool value = true);
