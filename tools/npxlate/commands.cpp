@@ -4,6 +4,7 @@ namespace tool {
 
 void add_commands(CLI::App& app) {
     add_translate(app);
+    add_batch(app);
     add_tables(app);
     add_registers(app);
 }

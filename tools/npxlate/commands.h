@@ -9,6 +9,7 @@ class App;
 namespace tool {
 
 void add_translate(CLI::App& app);  // key, result and reverse
+void add_batch(CLI::App& app);
 void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);
 
