@@ -139,6 +139,6 @@ std::vector<const Translator*> all() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Catalogue, Consistency, testing::ValuesIn(all()),
-                         [](const auto& info) { return std::string{info.param->name}; });
+                         [](const auto& one) { return std::string{one.param->name}; });
 
 }  // namespace

@@ -120,8 +120,8 @@ std::string_view to_string(Fate fate) {
 }
 
 Account account(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument) {
-    if (!translator.in().allows(record.size())) {
-        throw std::invalid_argument{std::string{translator.name} + " does not take a record of that length"};
+    if (record.size() < translator.in().least) {
+        throw std::invalid_argument{std::string{translator.name} + " takes longer records"};
     }
     const Run run = run_library(translator, record, argument, 0);
     const Run over_ones = run_library(translator, record, argument, 0xff);

@@ -120,7 +120,7 @@ struct Account {
     std::vector<InputChange> input_changes{};
 };
 
-// The record must have a length that the translator takes (std::invalid_argument otherwise). The argument is the entry
+// The record must not be shorter than the translator takes (std::invalid_argument otherwise). The argument is the entry
 // type or byte 7 of the logical key, for those that take a fourth argument.
 Account account(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument = 0);
 

@@ -1,0 +1,12 @@
+#include "npxlate/commands.h"
+
+namespace tool {
+
+void add_commands(CLI::App& app) {
+    add_translate(app);
+    add_batch(app);
+    add_tables(app);
+    add_registers(app);
+}
+
+}  // namespace tool

@@ -1,0 +1,19 @@
+// The commands, each in a file of its own. A command adds itself to the application; its callback does the work and
+// throws a Failure if it cannot.
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace tool {
+
+void add_translate(CLI::App& app);  // key, result and reverse
+void add_batch(CLI::App& app);
+void add_tables(CLI::App& app);
+void add_registers(CLI::App& app);
+
+// All of them, in the order of the help.
+void add_commands(CLI::App& app);
+
+}  // namespace tool
