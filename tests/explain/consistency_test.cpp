@@ -75,7 +75,7 @@ void expect_consistent(const Translator& translator, const Bytes& record, std::u
         ASSERT_EQ(bit.value, bit_of(record, i));
         const auto flip = static_cast<std::uint8_t>(1U << i % 8);
         flipped[i / 8] ^= flip;
-        const Run run = run_library(translator, flipped, argument, 0);
+        const Run run = explain::run_library(translator, flipped, argument, 0);
         const std::set<std::size_t> changed = differences(account, run);
         SCOPED_TRACE("input bit " + position(i) + ", " + std::string{to_string(bit.fate)});
 
@@ -120,9 +120,10 @@ TEST_P(Consistency, LabelsSayWhatTheLibraryDoes) {
     const std::uint32_t argument = translator.variants.front().argument;
     std::mt19937 random{7};
     for (const std::size_t length : {translator.in().least, translator.in().most}) {
-        for (const std::uint8_t fill : {0, 0xff, 0x55}) {
+        for (const int fill : {0, 0xff, 0x55}) {
             SCOPED_TRACE("length " + std::to_string(length) + " of " + std::to_string(fill));
-            ASSERT_NO_FATAL_FAILURE(expect_consistent(translator, Bytes(length, fill), argument));
+            ASSERT_NO_FATAL_FAILURE(
+                expect_consistent(translator, Bytes(length, static_cast<std::uint8_t>(fill)), argument));
         }
         Bytes record(length);
         std::ranges::generate(record, [&] { return static_cast<std::uint8_t>(random()); });
