@@ -265,8 +265,7 @@ void translate_json_lines(InputStream& input, Output& output, Progress& progress
     output.close();
     if (failed > 0) {
         progress.clear();
-        throw NotDone{
-            fmt::format("{} of {} entr{} not translated", failed, entries, entries == 1 ? "y was" : "ies were")};
+        throw NotDone{fmt::format("not translated: {} of {} entries", failed, entries)};
     }
 }
 
