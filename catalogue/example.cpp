@@ -71,14 +71,8 @@ void assign(std::vector<std::uint8_t>& record, char side, std::string_view assig
     }
 }
 
-}  // namespace
-
-std::vector<std::uint8_t> example(const Translator& translator, const Variant& variant, std::uint64_t seed) {
-    std::mt19937_64 random{seed};
-    std::vector<std::uint8_t> record(translator.in().most);
-    for (std::uint8_t& byte : record) {
-        byte = static_cast<std::uint8_t>(random());
-    }
+// Everything that the variant holds.
+void hold(std::vector<std::uint8_t>& record, const Translator& translator, const Variant& variant) {
     const char side = translator.role == Role::reverse ? 'P' : 'L';
     std::string_view rest = variant.holds;
     while (!rest.empty()) {
@@ -88,7 +82,24 @@ std::vector<std::uint8_t> example(const Translator& translator, const Variant& v
         }
         rest.remove_prefix(std::min(word.size() + 1, rest.size()));
     }
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> example(const Translator& translator, const Variant& variant, std::uint64_t seed) {
+    std::mt19937_64 random{seed};
+    std::vector<std::uint8_t> record(translator.in().most);
+    for (std::uint8_t& byte : record) {
+        byte = static_cast<std::uint8_t>(random());
+    }
+    hold(record, translator, variant);
     return record;
+}
+
+bool satisfies(std::span<const std::uint8_t> record, const Translator& translator, const Variant& variant) {
+    std::vector<std::uint8_t> held{record.begin(), record.end()};
+    hold(held, translator, variant);
+    return std::ranges::equal(held, record);
 }
 
 }  // namespace catalogue

@@ -15,8 +15,8 @@ constexpr std::int32_t max_result_length = 64;
 constexpr std::int32_t max_reverse_length = 63;
 
 // A negative length passes the bound and is the caller's error.
-void copy(Side to_side, void* to, const void* from, std::int32_t length) {
-    trace::put(to_side, 0, 8 * static_cast<unsigned>(length), "copied byte by byte");
+void copy(void* to, const void* from, std::int32_t length) {
+    trace::copied(0, 0, 8 * static_cast<unsigned>(length), false);
     std::memcpy(to, from, static_cast<std::size_t>(length));
 }
 
@@ -48,7 +48,7 @@ std::int32_t generic_xlate_key(const void* logical, std::int32_t logical_length,
     if (logical_length > max_key_length) {
         return NPXLATE_INVALID;
     }
-    copy(Side::physical, physical, logical, logical_length);
+    copy(physical, logical, logical_length);
     *physical_length = static_cast<std::uint32_t>(logical_length);
     return NPXLATE_OK;
 }
@@ -58,9 +58,9 @@ std::int32_t generic_xlate_result(const void* logical, std::int32_t logical_leng
     if (logical_length > max_result_length) {
         return NPXLATE_INVALID;
     }
-    copy(Side::physical, physical, logical, logical_length);
-    trace::put(Side::physical, 4, 1, "header");
-    trace::put(Side::physical, 0, 1, "header");
+    copy(physical, logical, logical_length);
+    trace::put(Side::physical, 4, 1, "1, of the header 0x11 that is ORed into P0");
+    trace::put(Side::physical, 0, 1, "1, of the header 0x11 that is ORed into P0");
     *static_cast<std::uint8_t*>(physical) |= result_header;
     *physical_length = static_cast<std::uint32_t>(logical_length);
     return NPXLATE_OK;
@@ -70,7 +70,7 @@ std::int32_t generic_xlate_logical_result(const void* physical, std::int32_t phy
     if (physical_length > max_reverse_length) {
         return NPXLATE_INVALID;
     }
-    copy(Side::logical, logical, physical, physical_length);
+    copy(logical, physical, physical_length);
     return NPXLATE_OK;
 }
 

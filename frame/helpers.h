@@ -64,8 +64,11 @@ NPXLATE_INLINE void change_input(const void* record, Position<side> at, std::uin
     store_little<count>(static_cast<std::uint8_t*>(const_cast<void*>(record)) + at.byte, value);
 }
 
-// Destination byte count - 1 - i from source byte i; nothing for a count of 0 or less.
-inline void reverse_byte_copy(std::uint8_t* to, const std::uint8_t* from, std::int32_t count) {
+// Bytes of a record to the front of the other, in reverse order; nothing for a count of 0 or less.
+inline void reverse_byte_copy(void* to_record, const void* from_record, std::int32_t first, std::int32_t count) {
+    auto* to = static_cast<std::uint8_t*>(to_record);
+    const auto* from = static_cast<const std::uint8_t*>(from_record) + first;
+    trace::copied(0, 8 * static_cast<unsigned>(first), 8 * static_cast<unsigned>(count > 0 ? count : 0), true);
     for (std::int32_t i = 0; i < count; ++i) {
         to[count - 1 - i] = from[i];
     }

@@ -85,7 +85,7 @@ public:
     // which they are read.
     NPXLATE_INLINE bool bit(Position<side> at) const { return bits(at) != 0; }
     NPXLATE_INLINE std::uint32_t bits(Position<side> at) const {
-        trace::looked_at(at.first_bit(), at.width());
+        trace::looked_at(side, at.first_bit(), at.width());
         return (bytes_[at.byte] >> at.low) & ((1U << at.width()) - 1);
     }
     NPXLATE_INLINE std::uint8_t byte(Position<side> at) const { return static_cast<std::uint8_t>(little<1>(at)); }
@@ -97,7 +97,7 @@ public:
 private:
     template <std::size_t count>
     NPXLATE_INLINE std::uint64_t little(Position<side> at) const {
-        trace::looked_at(at.first_bit(), 8 * count);
+        trace::looked_at(side, at.first_bit(), 8 * count);
         return load_little<count>(bytes_ + at.byte);
     }
 

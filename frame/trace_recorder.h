@@ -61,11 +61,14 @@ const LayoutView& view() {
 
 // One thing that a translator did, in the order in which it did it.
 struct Event {
-    enum Kind : std::uint8_t { placed, put, looked_at, changed_input };
+    enum Kind : std::uint8_t { placed, put, copied, looked_at, changed_input };
     Kind kind;
     const LayoutView* layout = nullptr;  // placed
-    Span bits{};                         // put: of the record written; looked_at, changed_input: of the record read
-    const char* sentence = nullptr;      // put, changed_input
+    Span bits{};                     // put, copied: of the record written; looked_at, changed_input: of the record read
+    const char* sentence = nullptr;  // put, changed_input
+    std::uint16_t from = 0;          // copied: the first bit of the record read
+    bool reversed = false;           // copied: the order of the bytes is
+    Side side{};                     // looked_at: of which record; a logical key may be looked at on the way back
 };
 
 // What the translators of this thread did since it was last cleared.
@@ -82,9 +85,18 @@ inline void put(Side, unsigned first_bit, unsigned width, const char* sentence) 
                         .sentence = sentence});
 }
 
-inline void looked_at(unsigned first_bit, unsigned width) {
-    events().push_back(
-        {.kind = Event::looked_at, .bits = {static_cast<std::uint16_t>(first_bit), static_cast<std::uint16_t>(width)}});
+// Bytes that are copied by hand, with their positions in bits.
+inline void copied(unsigned to, unsigned from, unsigned width, bool reversed) {
+    events().push_back({.kind = Event::copied,
+                        .bits = {static_cast<std::uint16_t>(to), static_cast<std::uint16_t>(width)},
+                        .from = static_cast<std::uint16_t>(from),
+                        .reversed = reversed});
+}
+
+inline void looked_at(Side side, unsigned first_bit, unsigned width) {
+    events().push_back({.kind = Event::looked_at,
+                        .bits = {static_cast<std::uint16_t>(first_bit), static_cast<std::uint16_t>(width)},
+                        .side = side});
 }
 
 inline void changed_input(unsigned first_bit, unsigned width, const char* sentence) {

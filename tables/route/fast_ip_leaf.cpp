@@ -61,7 +61,7 @@ std::int32_t ipv6_leaf_fastip_xlate_key(const void* logical, std::int32_t logica
     if (logical_length == ipv6_length) {
         return place_only<ipv6_key, ipv6_length, ipv6_length>(logical, physical, physical_length);
     }
-    reverse_byte_copy(static_cast<std::uint8_t*>(physical), static_cast<const std::uint8_t*>(logical), logical_length);
+    reverse_byte_copy(physical, logical, 0, logical_length);
     *physical_length = static_cast<std::uint32_t>(logical_length);
     return NPXLATE_OK;
 }

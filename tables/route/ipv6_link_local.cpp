@@ -47,8 +47,7 @@ std::int32_t ipv6_ll_xlate_hash_key(const void* logical, std::int32_t logical_le
     if (logical_length > qualifier_length) {
         const std::int32_t address_length = logical_length - qualifier_length;
         const std::int32_t count = address_length < key_length ? address_length : key_length;
-        reverse_byte_copy(static_cast<std::uint8_t*>(physical),
-                          static_cast<const std::uint8_t*>(logical) + (logical_length - count), count);
+        reverse_byte_copy(physical, logical, logical_length - count, count);
     }
     *physical_length = key_length;
     return NPXLATE_OK;

@@ -343,10 +343,10 @@ TEST(Helpers, OfAKindOnlyOneAndTwoSurvive) {
 TEST(Helpers, AReversedCopyTurnsTheBytesRound) {
     const std::array<std::uint8_t, 4> from{1, 2, 3, 4};
     std::array<std::uint8_t, 4> to{};
-    reverse_byte_copy(to.data(), from.data(), 3);
+    reverse_byte_copy(to.data(), from.data(), 0, 3);
     EXPECT_EQ(to, (std::array<std::uint8_t, 4>{3, 2, 1, 0}));
-    reverse_byte_copy(to.data(), from.data(), 0);
-    reverse_byte_copy(to.data(), from.data(), -4);
+    reverse_byte_copy(to.data(), from.data(), 0, 0);
+    reverse_byte_copy(to.data(), from.data(), 0, -4);
     EXPECT_EQ(to, (std::array<std::uint8_t, 4>{3, 2, 1, 0}));
 }
 
