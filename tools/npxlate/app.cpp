@@ -1,0 +1,68 @@
+#include "npxlate/app.h"
+
+#include <npxlate/npxlate.h>
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <exception>
+#include <sstream>
+#include <string>
+
+#include <fmt/format.h>
+
+#include "npxlate/commands.h"
+#include "npxlate/error.h"
+#include "npxlate/output.h"
+
+namespace tool {
+namespace {
+
+// One line, as for every other error.
+std::string one_line(const CLI::App* app, const CLI::Error& error) {
+    std::string command = app->get_name();
+    for (const CLI::App* chosen : app->get_subcommands()) {
+        command += " " + chosen->get_name();
+    }
+    return fmt::format("{} (see {} --help)\n", error.what(), command);
+}
+
+int run_command(int argc, const char* const* argv) {
+    CLI::App app{"Translates forwarding-table entries between logical and physical records.", "npxlate"};
+    app.set_version_flag("--version", fmt::format("npxlate {}.{}.{}", NPXLATE_VERSION_MAJOR, NPXLATE_VERSION_MINOR,
+                                                  NPXLATE_VERSION_PATCH));
+    app.require_subcommand(1);
+    app.failure_message(one_line);
+    app.footer("Example: npxlate tables\nFor more about a command: npxlate COMMAND --help");
+    add_commands(app);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        std::ostringstream out;
+        std::ostringstream err;
+        if (app.exit(error, out, err) != 0) {
+            std::string message = err.str();
+            message.erase(message.find_last_not_of('\n') + 1);
+            throw WrongInput{message};
+        }
+        print(out.str());
+    }
+    return 0;
+}
+
+}  // namespace
+
+int run(int argc, const char* const* argv) {
+    // A reader that goes away is a write error like any other.
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        return run_command(argc, argv);
+    } catch (const Failure& failure) {
+        report(failure.what());
+        return failure.exit_status;
+    } catch (const std::exception& error) {
+        report(error.what());
+        return 2;
+    }
+}
+
+}  // namespace tool

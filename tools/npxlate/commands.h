@@ -1,0 +1,16 @@
+// The commands, each in a file of its own. A command adds itself to the application; its callback does the work and
+// throws a Failure if it cannot.
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace tool {
+
+void add_tables(CLI::App& app);
+
+// All of them, in the order of the help.
+void add_commands(CLI::App& app);
+
+}  // namespace tool

@@ -1,0 +1,113 @@
+#include "npxlate/lookup.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <numeric>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "npxlate/error.h"
+
+namespace tool {
+namespace {
+
+using catalogue::Role;
+using catalogue::Translator;
+
+// How many characters to insert, delete or replace to come from one name to the other.
+std::size_t distance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+// What the user typed, short enough for a line and without control characters.
+std::string shown(std::string_view text) {
+    constexpr std::size_t most = 60;
+    std::string result;
+    for (const char c : text.substr(0, most)) {
+        const auto value = static_cast<unsigned char>(c);
+        result += value < 0x20 || value == 0x7f ? fmt::format("\\x{:02x}", value) : std::string(1, c);
+    }
+    return result + (text.size() > most ? "..." : "");
+}
+
+template <typename Wanted>
+const Translator& by_name(std::string_view name, Wanted wanted) {
+    if (const Translator* found = catalogue::find(name)) {
+        return *found;
+    }
+    constexpr std::size_t longest_worth_comparing = 100;
+    const Translator* nearest = nullptr;
+    std::size_t least = std::min(name.size(), longest_worth_comparing);
+    if (name.size() <= longest_worth_comparing) {
+        for (const Translator& translator : catalogue::translators()) {
+            if (const std::size_t away = distance(name, translator.name); wanted(translator) && away < least) {
+                nearest = &translator;
+                least = away;
+            }
+        }
+    }
+    throw WrongInput{
+        fmt::format("there is no table or translator \"{}\": expected a table id (0 to {}) or a name that "
+                    "npxlate tables lists{}",
+                    shown(name), NPXLATE_TABLE_COUNT - 1,
+                    nearest == nullptr ? "" : fmt::format("; did you mean {}?", nearest->name))};
+}
+
+}  // namespace
+
+std::optional<unsigned long> parse_number(std::string_view text, unsigned long most) {
+    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    if (hexadecimal) {
+        text.remove_prefix(2);
+    }
+    unsigned long value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value, hexadecimal ? 16 : 10);
+    if (error != std::errc{} || stop != end || value > most) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+const Translator& find_translator(std::string_view table_or_name, Role role) {
+    if (const auto table = parse_number(table_or_name, NPXLATE_TABLE_COUNT - 1)) {
+        return catalogue::of_table(static_cast<unsigned>(*table), role);
+    }
+    if (!table_or_name.empty() && std::isdigit(static_cast<unsigned char>(table_or_name.front())) != 0) {
+        throw WrongInput{fmt::format("there is no table {}: expected a table id from 0 to {}", shown(table_or_name),
+                                     NPXLATE_TABLE_COUNT - 1)};
+    }
+    const Translator& translator =
+        by_name(table_or_name, [role](const Translator& candidate) { return candidate.role == role; });
+    if (translator.role != role) {
+        throw WrongInput{fmt::format("{} is a {} translator: expected a {} translator", translator.name,
+                                     catalogue::to_string(translator.role), catalogue::to_string(role))};
+    }
+    return translator;
+}
+
+const Translator& find_translator(std::string_view name) {
+    return by_name(name, [](const Translator&) { return true; });
+}
+
+std::string describe(const catalogue::Lengths& lengths) {
+    if (lengths.fixed()) {
+        return fmt::format("{} byte{}", lengths.most, lengths.most == 1 ? "" : "s");
+    }
+    return fmt::format("{} to {} bytes", lengths.least, lengths.most);
+}
+
+}  // namespace tool

@@ -1,0 +1,115 @@
+// npxlate tables: what there is, with the sizes of the records.
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <fmt/color.h>
+#include <fmt/format.h>
+#include <CLI/App.hpp>
+
+#include "catalogue/catalogue.h"
+#include "npxlate/commands.h"
+#include "npxlate/output.h"
+
+namespace tool {
+namespace {
+
+using catalogue::Lengths;
+using catalogue::Role;
+using catalogue::Trait;
+using catalogue::Translator;
+
+constexpr Role roles[] = {Role::key, Role::result, Role::reverse};
+
+constexpr std::pair<Trait, const char*> trait_names[] = {
+    {Trait::changes_input, "changes_input"},
+    {Trait::keeps_length, "keeps_length"},
+    {Trait::keeps_buffer, "keeps_buffer"},
+    {Trait::takes_type, "takes_type"},
+    {Trait::takes_key, "takes_key"},
+    {Trait::checks_length, "checks_length"},
+    {Trait::rejects_records, "rejects_records"},
+    {Trait::hides_failures, "hides_failures"},
+};
+
+std::string numbers(const Lengths& lengths) {
+    return lengths.fixed() ? fmt::format("{}", lengths.most) : fmt::format("{}-{}", lengths.least, lengths.most);
+}
+
+Json to_json(const Lengths& lengths) { return {{"least", lengths.least}, {"most", lengths.most}}; }
+
+Json to_json(const Translator& translator) {
+    Json traits = Json::array();
+    for (const auto& [trait, name] : trait_names) {
+        if (translator.has(trait)) {
+            traits.push_back(name);
+        }
+    }
+    return {{"name", translator.name},
+            {"family", translator.family},
+            {"logical", to_json(translator.logical)},
+            {"physical", to_json(translator.physical)},
+            {"traits", traits}};
+}
+
+Json as_json() {
+    Json tables = Json::array();
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        Json entry{{"table", table}};
+        for (const Role role : roles) {
+            entry[std::string{catalogue::to_string(role)}] = to_json(catalogue::of_table(table, role));
+        }
+        tables.push_back(std::move(entry));
+    }
+    Json named = Json::array();
+    for (const Translator& translator : catalogue::translators()) {
+        if (catalogue::tables_of(translator).empty()) {
+            Json entry = to_json(translator);
+            entry["role"] = catalogue::to_string(translator.role);
+            named.push_back(std::move(entry));
+        }
+    }
+    return {{"tables", std::move(tables)}, {"by_name", std::move(named)}};
+}
+
+std::string row(std::string_view table, const Translator& translator) {
+    return fmt::format("{:>5}  {:<8}{:<46}{:>7} {:>8}\n", table, catalogue::to_string(translator.role), translator.name,
+                       numbers(translator.logical), numbers(translator.physical));
+}
+
+std::string as_text() {
+    const auto heading = colours(stdout) ? fmt::text_style{fmt::emphasis::bold} : fmt::text_style{};
+    std::string text =
+        fmt::format(heading, "{:>5}  {:<8}{:<46}{:>7} {:>8}\n", "table", "role", "translator", "logical", "physical");
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        for (const Role role : roles) {
+            text += row(std::to_string(table), catalogue::of_table(table, role));
+        }
+    }
+    text += fmt::format(heading, "\nReached by name only\n");
+    for (const Translator& translator : catalogue::translators()) {
+        if (catalogue::tables_of(translator).empty()) {
+            text += row("-", translator);
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+void add_tables(CLI::App& app) {
+    CLI::App* const command = app.add_subcommand("tables", "List the tables, their translators and record sizes");
+    command->footer("Sizes are in bytes.\nExample: npxlate tables | grep adjacency");
+    const auto json = std::make_shared<bool>(false);
+    command->add_flag("--json", *json, "As JSON");
+    command->callback([json] {
+        if (*json) {
+            print_json(as_json());
+        } else {
+            print(as_text());
+        }
+    });
+}
+
+}  // namespace tool
