@@ -3,12 +3,15 @@
 #include <npxlate/npxlate.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
@@ -26,6 +29,19 @@ std::string one_line(const CLI::App* app, const CLI::Error& error) {
     return fmt::format("{} (see {} --help)\n", error.what(), command);
 }
 
+// CLI11 would only say that a command is required.
+void check_command(const CLI::App& app, int argc, const char* const* argv) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    if (argc < 2 || *argv[1] == '-' || std::ranges::count(names, argv[1]) > 0) {
+        return;
+    }
+    throw WrongInput{
+        fmt::format("there is no command \"{}\": expected one of {}", printable(argv[1]), fmt::join(names, ", "))};
+}
+
 int run_command(int argc, const char* const* argv) {
     CLI::App app{"Translates forwarding-table entries between logical and physical records.", "npxlate"};
     app.set_version_flag("--version", fmt::format("npxlate {}.{}.{}", NPXLATE_VERSION_MAJOR, NPXLATE_VERSION_MINOR,
@@ -34,6 +50,7 @@ int run_command(int argc, const char* const* argv) {
     app.failure_message(one_line);
     app.footer("Example: npxlate tables\nFor more about a command: npxlate COMMAND --help");
     add_commands(app);
+    check_command(app, argc, argv);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

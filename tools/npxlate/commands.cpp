@@ -2,6 +2,11 @@
 
 namespace tool {
 
-void add_commands(CLI::App& app) { add_tables(app); }
+void add_commands(CLI::App& app) {
+    add_translate(app);
+    add_batch(app);
+    add_tables(app);
+    add_registers(app);
+}
 
 }  // namespace tool

@@ -47,6 +47,12 @@ std::string shown(char c) {
 
 Bytes parse_hex(std::string_view text) {
     Bytes bytes;
+    parse_hex(text, bytes);
+    return bytes;
+}
+
+void parse_hex(std::string_view text, Bytes& bytes) {
+    bytes.clear();
     bytes.reserve(text.size() / 2);
     std::size_t at = 0;
     while (at < text.size()) {
@@ -77,7 +83,6 @@ Bytes parse_hex(std::string_view text) {
             bytes.push_back(static_cast<std::uint8_t>(digit(text[i]) << 4 | digit(text[i + 1])));
         }
     }
-    return bytes;
 }
 
 void append_hex(std::string& text, std::span<const std::uint8_t> bytes) {

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "npxlate/error.h"
+#include "npxlate/output.h"
 
 namespace tool {
 namespace {
@@ -32,17 +33,6 @@ std::size_t distance(std::string_view a, std::string_view b) {
     return row.back();
 }
 
-// What the user typed, short enough for a line and without control characters.
-std::string shown(std::string_view text) {
-    constexpr std::size_t most = 60;
-    std::string result;
-    for (const char c : text.substr(0, most)) {
-        const auto value = static_cast<unsigned char>(c);
-        result += value < 0x20 || value == 0x7f ? fmt::format("\\x{:02x}", value) : std::string(1, c);
-    }
-    return result + (text.size() > most ? "..." : "");
-}
-
 template <typename Wanted>
 const Translator& by_name(std::string_view name, Wanted wanted) {
     if (const Translator* found = catalogue::find(name)) {
@@ -62,7 +52,7 @@ const Translator& by_name(std::string_view name, Wanted wanted) {
     throw WrongInput{
         fmt::format("there is no table or translator \"{}\": expected a table id (0 to {}) or a name that "
                     "npxlate tables lists{}",
-                    shown(name), NPXLATE_TABLE_COUNT - 1,
+                    printable(name), NPXLATE_TABLE_COUNT - 1,
                     nearest == nullptr ? "" : fmt::format("; did you mean {}?", nearest->name))};
 }
 
@@ -87,7 +77,7 @@ const Translator& find_translator(std::string_view table_or_name, Role role) {
         return catalogue::of_table(static_cast<unsigned>(*table), role);
     }
     if (!table_or_name.empty() && std::isdigit(static_cast<unsigned char>(table_or_name.front())) != 0) {
-        throw WrongInput{fmt::format("there is no table {}: expected a table id from 0 to {}", shown(table_or_name),
+        throw WrongInput{fmt::format("there is no table {}: expected a table id from 0 to {}", printable(table_or_name),
                                      NPXLATE_TABLE_COUNT - 1)};
     }
     const Translator& translator =

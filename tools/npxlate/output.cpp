@@ -87,6 +87,16 @@ void report(std::string_view message) { say(fmt::color::red, "error", message); 
 
 void note(std::string_view message) { say(fmt::color::dark_cyan, "note", message); }
 
+std::string printable(std::string_view text) {
+    constexpr std::size_t most = 60;
+    std::string result;
+    for (const char c : text.substr(0, most)) {
+        const auto value = static_cast<unsigned char>(c);
+        result += value < 0x20 || value == 0x7f ? fmt::format("\\x{:02x}", value) : std::string(1, c);
+    }
+    return result + (text.size() > most ? "..." : "");
+}
+
 bool colours(std::FILE* stream) {
     const char* const no_colour = std::getenv("NO_COLOR");
     return (no_colour == nullptr || *no_colour == '\0') && ::isatty(::fileno(stream)) == 1;

@@ -43,6 +43,9 @@ void print_json(const Json& json);
 void report(std::string_view message);
 void note(std::string_view message);
 
+// What the user typed, for a message: cut when it is long, and without control characters.
+std::string printable(std::string_view text);
+
 // Whether to colour what goes to that stream: to a terminal, unless NO_COLOR is set.
 bool colours(std::FILE* stream);
 

@@ -1,0 +1,343 @@
+// npxlate batch: JSON Lines and raw records.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <npxlate/npxlate.h>
+
+#include "catalogue/catalogue.h"
+#include "catalogue/example.h"
+#include "tool/program.h"
+
+namespace {
+
+using catalogue::Role;
+using catalogue::Trait;
+using nlohmann::json;
+using program::File;
+using program::Outcome;
+using program::run;
+
+using Bytes = std::vector<std::uint8_t>;
+
+Outcome batch(const std::string& lines) { return run({"batch"}, {.input = lines}); }
+
+std::string zeros(std::size_t bytes) { return std::string(2 * bytes, '0'); }
+
+std::string hex(const Bytes& bytes) {
+    std::string text;
+    for (const std::uint8_t byte : bytes) {
+        text += "0123456789abcdef"[byte / 16];
+        text += "0123456789abcdef"[byte % 16];
+    }
+    return text;
+}
+
+TEST(JsonLines, AreTranslatedInOrder) {
+    const Outcome outcome = batch(
+        "{\"table\":17,\"key\":\"0102030405060708\",\"result\":\"0000000001020304\"}\n"
+        "{\"table\":17,\"physical_result\":\"1100010001020304\"}\n"
+        "{\"table\":\"mpls_leaf_st_xlate_key\",\"key\":\"01 02 03 04 01\"}\n"
+        "{\"result\":\"0xaa:0xbb:0xcc\",\"table\":121}\n");
+    EXPECT_EQ(outcome.out,
+              "{\"table\":17,\"key\":\"0605040302010708\",\"result\":\"1100010001020304\"}\n"
+              "{\"table\":17,\"logical_result\":\"0000000001020304\"}\n"
+              "{\"table\":\"mpls_leaf_st_xlate_key\",\"key\":\"010213\"}\n"
+              "{\"result\":\"11aabbcc\",\"table\":121}\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(JsonLines, KeepOtherMembersToTheLetter) {
+    const Outcome outcome = batch(
+        "{ \"id\" : 1.10 , \"a\\\"b\": \"\xc3\xa9\\u0041\", \"table\": 17,\"key\":\"0102030405060708\", "
+        "\"x\":{\"key\": "
+        "[1, 2e3]}, \"x\":null,\"type\":\"any\" }\n");
+    EXPECT_EQ(
+        outcome.out,
+        "{\"id\":1.10,\"a\\\"b\":\"\xc3\xa9\\u0041\",\"table\":17,\"key\":\"0605040302010708\",\"x\":{\"key\": [1, "
+        "2e3]},\"x\":null,\"type\":\"any\"}\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(JsonLines, MayBeEmptyOrEndInAnyWay) {
+    EXPECT_EQ(batch("").out, "");
+    EXPECT_EQ(batch("").status, 0);
+    const Outcome outcome = batch(
+        "\n{\"table\":17,\"result\":\"0000000001020304\"}\r\n \t\r\n\r\n{\"table\":17,\"result\":\"00\\n00\\r\\n0000 "
+        "05060708\"}");
+    EXPECT_EQ(outcome.out,
+              "{\"table\":17,\"result\":\"1100010001020304\"}\n{\"table\":17,\"result\":\"1100010005060708\"}\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(JsonLines, TakeTheFourthArgumentFromTheEntry) {
+    const Outcome outcome = batch("{\"table\":52,\"physical_result\":\"" + zeros(32) + "\",\"type\":1}\n" +
+                                  "{\"table\":92,\"logical_key\":\"00 00 00 00 00 00 00 ff\",\"physical_result\":\"01" +
+                                  zeros(7) + "\"}\n");
+    EXPECT_EQ(outcome.out, "{\"table\":52,\"logical_result\":\"01" + zeros(47) + "\",\"type\":1}\n" +
+                               "{\"table\":92,\"logical_key\":\"00 00 00 00 00 00 00 ff\",\"logical_result\":\"0001" +
+                               zeros(6) + "\"}\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(JsonLines, ThatAreWrongAreReportedAndTheRestGoesOn) {
+    const Outcome outcome = batch("{\"table\":17,\"result\":\"" + zeros(8) +
+                                  "\"}\n\nnonsense\n{\"table\":17,\"result\":\"" + zeros(8) + "\"}\n");
+    EXPECT_EQ(outcome.out,
+              "{\"table\":17,\"result\":\"1100010000000000\"}\n{\"table\":17,\"result\":\"1100010000000000\"}\n");
+    EXPECT_TRUE(outcome.err.starts_with("npxlate: error: line 3: bad JSON: ")) << outcome.err;
+    EXPECT_TRUE(outcome.err.ends_with("\nnpxlate: error: not translated: 1 of 3 entries\n")) << outcome.err;
+    EXPECT_EQ(outcome.status, 1);
+}
+
+struct WrongLine {
+    std::string line;
+    std::string reason;
+};
+
+TEST(JsonLines, SayWhatIsWrong) {
+    const std::vector<WrongLine> wrong{
+        {"[1]", "expected an entry, {\"table\": ..., \"key\": ..., \"result\": ...}"},
+        {"3", "expected an entry, {\"table\": ..., \"key\": ..., \"result\": ...}"},
+        {R"({"key":"00"})", "expected \"table\", a table id or a translator's name"},
+        {R"({"table":1})", "expected \"key\", \"result\" or \"physical_result\""},
+        {R"({"table":128,"key":"00"})",
+         "\"table\": expected a table id from 0 to 127 or a translator's name, found 128"},
+        {R"({"table":-1,"key":"00"})", "\"table\": expected a table id from 0 to 127 or a translator's name, found -1"},
+        {R"({"table":null,"key":"00"})",
+         "\"table\": expected a table id from 0 to 127 or a translator's name, found null"},
+        {R"({"table":"modulo_xlate_kee","key":"00"})",
+         "there is no table or translator \"modulo_xlate_kee\": expected a table id (0 to 127) or a name that npxlate "
+         "tables lists; did you mean modulo_xlate_key?"},
+        {R"({"table":"modulo_xlate_key","result":"00"})",
+         "modulo_xlate_key is a key translator: expected a result translator"},
+        {R"({"table":1,"key":5})", "\"key\": expected a string of hex"},
+        {R"({"table":1,"key":["00"]})", "\"key\": expected a string of hex"},
+        {R"({"table":1,"result":"0"})",
+         "\"result\": bad hex: expected two digits for each byte, found 1 digit at position 1"},
+        {R"({"table":17,"key":"00"})",
+         "vrrp_vmac_entry_st_xlate_key takes a logical record of 8 bytes, but 1 byte came"},
+        {R"({"table":1,"key":"00","key":"00"})", "expected one \"key\", found another"},
+        {R"({"table":1,"table":2,"key":"00"})", "expected one \"table\", found another"},
+        {R"({"table":1,"key":"00","physical_result":"00"})",
+         "expected either \"physical_result\" or \"key\" and \"result\", not both"},
+        {R"({"table":52,"physical_result":")" + zeros(32) + "\"}",
+         "ipmc_encap_logical_res_xlate needs the type of the entry: expected \"type\": N"},
+        {R"({"table":52,"type":"x","physical_result":")" + zeros(32) + "\"}",
+         "\"type\": expected a number of 32 bits, found \"x\""},
+        {R"({"table":52,"type":6,"physical_result":")" + zeros(32) + "\"}",
+         "ipmc_encap_logical_res_xlate returned 22 (NPXLATE_INVALID): a length or a type that the table does not take"},
+        {R"({"table":92,"physical_result":")" + zeros(8) + "\"}",
+         "esi_info_logical_res_xlate needs the logical key of the entry: expected \"logical_key\": HEX"},
+        {std::string(1100000, ' ') + R"({"table":1,"key":"00"})", "expected a line of less than 1048576 bytes"},
+    };
+    std::string lines;
+    std::string expected;
+    for (std::size_t i = 0; i < wrong.size(); ++i) {
+        lines += wrong[i].line + "\n";
+        expected += "npxlate: error: line " + std::to_string(i + 1) + ": " + wrong[i].reason + "\n";
+    }
+    const std::string count = std::to_string(wrong.size());
+    expected += "npxlate: error: not translated: " + count + " of " + count + " entries\n";
+    const Outcome outcome = batch(lines);
+    EXPECT_EQ(outcome.err, expected);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.status, 1);
+}
+
+// Whatever stands on a line that is no JSON, it is one reported entry.
+TEST(JsonLines, ThatAreNoJsonAreReported) {
+    const std::vector<std::string> garbage{
+        R"({"table":1,"key":"00")",
+        R"({"table":1,"key":"00"}})",
+        R"({"table":1,"key":"00"} {})",
+        R"({"table":1 "key":""})",
+        R"({"table":1,"key":"00",})",
+        R"({"table":01,"key":"00"})",
+        R"({"table":1,"key":"00","x":tru})",
+        R"({"table":1,"key":"00","x":"\q"})",
+        "{\"table\":1,\"key\":\"00\",\"x\":\"\xff\"}",
+        "{",
+        "\"",
+        "\\",
+        std::string("\0\0", 2),
+        "\x7f"
+        "ELF\x02\x01",
+        "\xef\xbb\xbf{}",
+        R"({"table":1,"key":"00)",
+        std::string(2000, '['),
+    };
+    for (const std::string& line : garbage) {
+        const Outcome outcome = batch(line + "\n{\"table\":1,\"key\":\"0a\"}\n");
+        EXPECT_EQ(outcome.out, "{\"table\":1,\"key\":\"0a\"}\n") << line;
+        EXPECT_TRUE(outcome.err.starts_with("npxlate: error: line 1: bad JSON: ")) << line << "\n" << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 2) << outcome.err;
+        EXPECT_EQ(outcome.status, 1);
+    }
+}
+
+// Every table, both ways, against the functions in the dispatch tables.
+TEST(JsonLines, ReachTheTranslatorsOfEveryTable) {
+    std::string lines;
+    std::vector<json> expected;
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        const auto logical = [table](Role role) {
+            const catalogue::Translator& translator = catalogue::of_table(table, role);
+            return catalogue::example(translator, translator.variants.front(), table);
+        };
+        std::uint32_t length = 0;
+        Bytes key = logical(Role::key);
+        Bytes physical_key(NPXLATE_MAX_PHYSICAL_LENGTH);
+        json before{{"table", table}, {"key", hex(key)}};
+        ASSERT_EQ(
+            l2p_ucode_func_table[table].key(key.data(), static_cast<int>(key.size()), physical_key.data(), &length), 0);
+        physical_key.resize(length);
+        Bytes result = logical(Role::result);
+        Bytes physical_result(NPXLATE_MAX_PHYSICAL_LENGTH);
+        before["result"] = hex(result);
+        lines += before.dump() + "\n";
+        ASSERT_EQ(l2p_ucode_func_table[table].result(result.data(), static_cast<int>(result.size()),
+                                                     physical_result.data(), &length),
+                  0);
+        physical_result.resize(length);
+        expected.push_back({{"table", table}, {"key", hex(physical_key)}, {"result", hex(physical_result)}});
+
+        const catalogue::Translator& reverse = catalogue::of_table(table, Role::reverse);
+        if (reverse.has(Trait::takes_type) || reverse.has(Trait::takes_key)) {
+            continue;
+        }
+        const Bytes physical = logical(Role::reverse);
+        Bytes read_back(reverse.out().fixed() ? reverse.out().most : physical.size());
+        lines += json{{"table", table}, {"physical_result", hex(physical)}}.dump() + "\n";
+        Bytes writable = physical;
+        ASSERT_EQ(p2l_ucode_func_table[table](writable.data(), static_cast<int>(physical.size()), read_back.data()), 0)
+            << table;
+        expected.push_back({{"table", table}, {"logical_result", hex(read_back)}});
+    }
+    const Outcome outcome = batch(lines);
+    EXPECT_EQ(outcome.err, "");
+    std::istringstream out{outcome.out};
+    std::string line;
+    for (const json& entry : expected) {
+        ASSERT_TRUE(std::getline(out, line));
+        EXPECT_EQ(json::parse(line), entry);
+    }
+    EXPECT_FALSE(std::getline(out, line));
+}
+
+TEST(JsonLines, MayBeMore) {
+    std::string lines;
+    std::string expected;
+    for (unsigned i = 0; i < 50000; ++i) {
+        const Bytes address{static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i >> 8), 1, 2};
+        const Bytes turned{2, 1, address[1], address[0]};
+        lines += "{\"table\":121,\"key\":\"" + hex(address) + "\"}\n";
+        expected += "{\"table\":121,\"key\":\"" + hex(turned) + "\"}\n";
+    }
+    const File out;
+    const Outcome outcome = run({"batch", "-", "-o", out.path(), "--quiet"}, {.input = lines});
+    EXPECT_EQ(outcome.out + outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_TRUE(out.content() == expected);
+}
+
+// ---- Raw records ----
+
+// Over several blocks; a fast-path IPv4 key is turned round.
+TEST(Raw, TranslatesRecords) {
+    std::string records;
+    std::string expected;
+    for (unsigned i = 0; i < 200001; ++i) {
+        const std::string record{static_cast<char>(i), static_cast<char>(i >> 8), static_cast<char>(i >> 16), 'x'};
+        records += record;
+        expected.append(record.rbegin(), record.rend());
+    }
+    for (const char* raw : {"key:121", "key:ipv4_leaf_fastip_xlate_key"}) {
+        const Outcome outcome = run({"batch", "--raw", raw}, {.input = records});
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_TRUE(outcome.out == expected);
+    }
+}
+
+TEST(Raw, TranslatesRecordsOfOtherSizes) {
+    // 4 bytes to 3, of which the translator clears 4.
+    const std::string cross_connects("\x01\x02\x03\xff\x04\x05\x06\xff", 8);
+    EXPECT_EQ(run({"batch", "--raw", "key:23"}, {.input = cross_connects}).out, "\x01\x02\x03\x04\x05\x06");
+    // 3 bytes to 4.
+    EXPECT_EQ(run({"batch", "--raw", "result:121"}, {.input = "abcdef"}).out,
+              "\x11"
+              "abc\x11"
+              "def");
+    EXPECT_EQ(run({"batch", "--raw", "reverse:17"}, {.input = "pppp1234pppp5678"}).out, std::string("\0\0\0\0"
+                                                                                                    "1234\0\0\0\0"
+                                                                                                    "5678",
+                                                                                                    16));
+    EXPECT_EQ(run({"batch", "--raw", "reverse:52", "--type", "1"}, {.input = std::string(32, 'x')}).out,
+              "\x01" + std::string(47, '\0'));
+    EXPECT_EQ(run({"batch", "--raw", "key:0", "--length", "5"}, {.input = "abcdefghij"}).out, "abcdefghij");
+    EXPECT_EQ(run({"batch", "--raw", "key:17"}).out, "");
+}
+
+TEST(Raw, ReportsAPartialRecord) {
+    const Outcome outcome = run({"batch", "--raw", "key:121"}, {.input = "abcdefghij"});
+    EXPECT_EQ(outcome.out, "dcbahgfe");
+    EXPECT_EQ(outcome.err,
+              "npxlate: error: the input ends within a record: expected 4 bytes at offset 8, found 2 bytes\n");
+    EXPECT_EQ(outcome.status, 2);
+}
+
+TEST(Raw, ReportsARecordThatIsRefused) {
+    std::string records(3 * 36, '\0');
+    records[36] = '\x01';
+    records[37] = '\x10';
+    const Outcome outcome = run({"batch", "--raw", "result:12"}, {.input = records});
+    EXPECT_EQ(outcome.out.size(), 16U);
+    EXPECT_EQ(outcome.err,
+              "npxlate: error: record 1 (offset 36): r_ldi_entry_st_result returned 95 (NPXLATE_NOT_SUPPORTED): a "
+              "combination of flags that the table does not take; nothing was translated from there on\n");
+    EXPECT_EQ(outcome.status, 1);
+}
+
+// ---- Options ----
+
+TEST(Batch, IsRefusedForWrongOptions) {
+    const File file{"{}"};
+    const std::vector<std::pair<std::vector<std::string>, std::string>> wrong{
+        {{"/nonexistent/file"}, "cannot read /nonexistent/file: No such file or directory"},
+        {{"-o", "/nonexistent/file"}, "cannot write /nonexistent/file: No such file or directory"},
+        {{file.path(), "-o", file.path()}, "cannot write " + file.path() + ": it is the input"},
+        {{"--raw", "17"},
+         "bad --raw 17: expected key, result or reverse, a colon and a table id or name, such as result:13"},
+        {{"--raw", "value:17"},
+         "bad --raw value:17: expected key, result or reverse, a colon and a table id or name, such as result:13"},
+        {{"--raw", "key:200"}, "there is no table 200: expected a table id from 0 to 127"},
+        {{"--raw", "key:0"}, "generic_xlate_key takes records of 0 to 47 bytes: expected --length N"},
+        {{"--raw", "key:0", "--length", "0"}, "generic_xlate_key would take records of no bytes: expected at least 1"},
+        {{"--raw", "key:0", "--length", "48"},
+         "generic_xlate_key takes a logical record of 0 to 47 bytes, but 48 bytes came"},
+        {{"--raw", "key:0", "--length", "many"}, "bad --length many: expected a number of bytes"},
+        {{"--raw", "reverse:52"}, "ipmc_encap_logical_res_xlate needs the type of the entry: expected --type N"},
+        {{"--raw", "reverse:92"},
+         "esi_info_logical_res_xlate needs the logical key of the entry: expected --logical-key HEX"},
+        {{"--type", "1"}, "--length, --type and --logical-key go with --raw: in JSON Lines each entry says its own"},
+    };
+    for (const auto& [options, message] : wrong) {
+        std::vector<std::string> arguments{"batch"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.err, "npxlate: error: " + message + "\n");
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.status, 2);
+    }
+    EXPECT_EQ(file.content(), "{}");
+}
+
+}  // namespace

@@ -1,0 +1,19 @@
+// The two forms of a batch. Both throw NotDone if something was not translated, after all else was.
+#pragma once
+
+#include "catalogue/catalogue.h"
+#include "npxlate/output.h"
+#include "npxlate/progress.h"
+#include "npxlate/stream.h"
+#include "npxlate/translation.h"
+
+namespace tool {
+
+// JSON Lines: an entry a line in, an entry a line out.
+void translate_json_lines(InputStream& input, Output& output, Progress& progress);
+
+// Records of one translator and of that many bytes each, one behind the other.
+void translate_raw(const catalogue::Translator& translator, std::size_t length, const FourthArgument& argument,
+                   InputStream& input, Output& output, Progress& progress);
+
+}  // namespace tool

@@ -1,0 +1,49 @@
+#include "npxlate/options.h"
+
+#include <limits>
+
+#include <fmt/format.h>
+
+#include "npxlate/error.h"
+#include "npxlate/lookup.h"
+#include "npxlate/output.h"
+
+namespace tool {
+
+void ArgumentOptions::add_to(CLI::App& command, const std::string& key_option) {
+    type_option_ = command.add_option("--type", type_, "The type of the entry (table 52)");
+    key_option_ = command.add_option(key_option, key_, "The logical key of the entry, as hex (table 92)");
+}
+
+FourthArgument ArgumentOptions::read() const {
+    FourthArgument argument;
+    if (type_option_ != nullptr && type_option_->count() > 0) {
+        const auto type = parse_number(type_, std::numeric_limits<std::uint32_t>::max());
+        if (!type) {
+            throw WrongInput{fmt::format("bad --type {}: expected a number of 32 bits", printable(type_))};
+        }
+        argument.type = static_cast<std::uint32_t>(*type);
+    }
+    if (key_option_ != nullptr && key_option_->count() > 0) {
+        argument.key = parse_hex(key_);
+    }
+    return argument;
+}
+
+void TxAdjKeyMaxOption::add_to(CLI::App& command) {
+    option_ = command.add_option("--tx-adj-key-max", value_,
+                                 "The highest transmit-adjacency index that TE next hops (table 7) mark");
+}
+
+void TxAdjKeyMaxOption::apply() const {
+    if (!given()) {
+        return;
+    }
+    const auto value = parse_number(value_, std::numeric_limits<std::uint16_t>::max());
+    if (!value) {
+        throw WrongInput{fmt::format("bad --tx-adj-key-max {}: expected a number from 0 to 65535", printable(value_))};
+    }
+    TX_ADJ_KEY_MAX = static_cast<std::uint16_t>(*value);
+}
+
+}  // namespace tool

@@ -1,0 +1,80 @@
+// npxlate registers: what the bring-up of an engine writes.
+
+#include <iterator>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include <fmt/color.h>
+#include <fmt/format.h>
+#include <npxlate/npxlate.h>
+#include <CLI/App.hpp>
+
+#include "npxlate/commands.h"
+#include "npxlate/error.h"
+#include "npxlate/output.h"
+
+namespace tool {
+namespace {
+
+struct Engine {
+    std::string_view name;
+    std::span<const npxlate_register> registers;
+};
+
+const Engine engines[] = {
+    {"parse", quill_to_topparse_mregs},
+    {"resolve", quill_to_topresolve_mregs},
+    {"learn", quill_to_toplearn_mregs},
+};
+
+const Engine& find_engine(std::string_view name) {
+    for (const Engine& engine : engines) {
+        if (engine.name == name) {
+            return engine;
+        }
+    }
+    throw WrongInput{fmt::format("there is no engine \"{}\": expected parse, resolve or learn", printable(name))};
+}
+
+Json as_json(const Engine& engine) {
+    Json registers = Json::array();
+    for (const npxlate_register& one : engine.registers) {
+        registers.push_back({{"index", registers.size()}, {"number", one.number}, {"value", one.value}});
+    }
+    return {{"engine", engine.name}, {"registers", std::move(registers)}};
+}
+
+std::string as_text(const Engine& engine) {
+    const auto heading = colours(stdout) ? fmt::text_style{fmt::emphasis::bold} : fmt::text_style{};
+    std::string text = fmt::format(heading, "{:>5}  {:>6}  {:>10}\n", "index", "number", "value");
+    for (std::size_t i = 0; i < engine.registers.size(); ++i) {
+        text += fmt::format("{:>5}  {:>6}  0x{:08x}\n", i, engine.registers[i].number, engine.registers[i].value);
+    }
+    return text;
+}
+
+}  // namespace
+
+void add_registers(CLI::App& app) {
+    struct Options {
+        std::string engine;
+        bool json = false;
+    };
+    CLI::App* const command = app.add_subcommand("registers", "List the register writes of an engine's bring-up");
+    command->footer("Example: npxlate registers parse");
+    const auto options = std::make_shared<Options>();
+    command->add_option("ENGINE", options->engine, "parse, resolve or learn")->required();
+    command->add_flag("--json", options->json, "As JSON");
+    command->callback([options] {
+        const Engine& engine = find_engine(options->engine);
+        if (options->json) {
+            print_json(as_json(engine));
+        } else {
+            print(as_text(engine));
+        }
+    });
+}
+
+}  // namespace tool

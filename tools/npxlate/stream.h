@@ -1,0 +1,56 @@
+// Reading streams of any size in constant memory.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tool {
+
+class InputStream {
+public:
+    // A file; standard input for "-". Throws WrongInput if it cannot be opened.
+    explicit InputStream(const std::string& path);
+    ~InputStream();
+    InputStream(const InputStream&) = delete;
+    InputStream& operator=(const InputStream&) = delete;
+
+    // As many bytes as there are, at most room; 0 at the end. Throws WrongInput if it cannot be read.
+    std::size_t read(char* to, std::size_t room);
+    // The same, but fewer bytes than room only at the end.
+    std::size_t fill(char* to, std::size_t room);
+
+    // Of a file; nothing for pipes and terminals.
+    std::optional<std::uint64_t> size() const;
+    // Whether the path names this very file.
+    bool is(const std::string& path) const;
+
+private:
+    std::string name_;
+    int descriptor_;
+};
+
+class LineReader {
+public:
+    static constexpr std::size_t longest_line = std::size_t{1} << 20;
+
+    // So many bytes behind a line may be read, whatever they hold.
+    explicit LineReader(InputStream& input, std::size_t padding);
+
+    enum class Got { line, too_long, end };
+    // The next line without its line end, valid until the next call. One that is too long is passed over.
+    Got next(std::string_view& line);
+
+private:
+    bool read_more();
+
+    InputStream& input_;
+    std::vector<char> buffer_;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+};
+
+}  // namespace tool

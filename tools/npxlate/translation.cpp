@@ -1,0 +1,162 @@
+#include "npxlate/translation.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "npxlate/error.h"
+#include "npxlate/lookup.h"
+
+namespace tool {
+namespace {
+
+using catalogue::Lengths;
+using catalogue::Role;
+using catalogue::Trait;
+using catalogue::Translator;
+
+// The translator that reads back what this one writes: that of its table or, for those reached by name only, the one
+// that follows it in the catalogue. Null if there is none.
+const Translator* reverse_of(const Translator& translator) {
+    const std::vector<unsigned> tables = catalogue::tables_of(translator);
+    if (!tables.empty()) {
+        return &catalogue::of_table(tables.front(), Role::reverse);
+    }
+    const auto all = catalogue::translators();
+    const auto next = static_cast<std::size_t>(catalogue::find(translator.name) - all.data()) + 1;
+    return next < all.size() && all[next].role == Role::reverse ? &all[next] : nullptr;
+}
+
+// Of the key that the reverse with a key argument takes: that of its table.
+std::size_t key_length(const Translator& translator) {
+    return catalogue::of_table(catalogue::tables_of(translator).front(), Role::key).logical.most;
+}
+
+// The key of an Ethernet segment, whose record is the shorter one.
+bool is_ethernet_segment(const Bytes& key) { return key.back() == 0xff; }
+
+std::string_view status_meaning(std::int32_t status) {
+    switch (status) {
+        case NPXLATE_INVALID:
+            return "a length or a type that the table does not take";
+        case NPXLATE_OUT_OF_RANGE:
+            return "more than 4 segment identifiers";
+        case NPXLATE_NOT_SUPPORTED:
+            return "a combination of flags that the table does not take";
+        default:
+            return "not a status of this library";
+    }
+}
+
+}  // namespace
+
+void check_argument(const Translator& translator, const FourthArgument& argument, std::string_view type_name,
+                    std::string_view key_name) {
+    const bool takes_type = translator.has(Trait::takes_type);
+    const bool takes_key = translator.has(Trait::takes_key);
+    if (takes_type != argument.type.has_value()) {
+        throw WrongInput{takes_type
+                             ? fmt::format("{} needs the type of the entry: expected {} N", translator.name, type_name)
+                             : fmt::format("{} takes no entry type: expected no {}", translator.name, type_name)};
+    }
+    if (takes_key != argument.key.has_value()) {
+        throw WrongInput{
+            takes_key ? fmt::format("{} needs the logical key of the entry: expected {} HEX", translator.name, key_name)
+                      : fmt::format("{} takes no logical key: expected no {}", translator.name, key_name)};
+    }
+    if (takes_key && argument.key->size() != key_length(translator)) {
+        throw WrongInput{fmt::format("{} takes a logical key of {}, but {} came", translator.name,
+                                     describe(key_length(translator)), describe(argument.key->size()))};
+    }
+}
+
+std::vector<Lengths> accepted_lengths(const Translator& translator) {
+    std::vector<Lengths> lengths{translator.in()};
+    if (translator.role == Role::result && translator.in().fixed()) {
+        const Translator* const back = reverse_of(translator);
+        // A generic reverse, which takes all lengths, restores no longer record than came.
+        if (back != nullptr && back->in().fixed() && back->out().most > translator.in().most) {
+            lengths.emplace_back(back->out().most);
+        }
+    }
+    return lengths;
+}
+
+void check_length(const Translator& translator, std::size_t length) {
+    if (translator.in().allows(length)) {
+        return;
+    }
+    const std::vector<Lengths> accepted = accepted_lengths(translator);
+    if (std::ranges::any_of(accepted, [length](const Lengths& lengths) { return lengths.allows(length); })) {
+        return;
+    }
+    std::string expected = describe(accepted.front());
+    if (accepted.size() > 1) {
+        expected += fmt::format(" (or {}, as read back)", accepted.back().most);
+    }
+    throw WrongInput{fmt::format("{} takes a {} record of {}, but {} came", translator.name,
+                                 translator.role == Role::reverse ? "physical" : "logical", expected,
+                                 describe(length))};
+}
+
+Reply translate(const Translator& translator, std::uint8_t* in, std::size_t length, std::uint8_t* out,
+                const FourthArgument& argument) {
+    constexpr std::uint32_t not_stored = std::numeric_limits<std::uint32_t>::max();
+    // The bytes that only a record read back has are not read.
+    const auto in_length = static_cast<std::int32_t>(std::min(length, translator.in().most));
+    std::uint32_t out_length = not_stored;
+    Reply reply;
+    if (translator.forward != nullptr) {
+        reply.status = translator.forward(in, in_length, out, &out_length);
+    } else if (translator.reverse_by_type != nullptr) {
+        reply.status = translator.reverse_by_type(in, in_length, out, &argument.type.value());
+    } else if (translator.reverse_by_key != nullptr) {
+        reply.status = translator.reverse_by_key(in, in_length, out, argument.key.value().data());
+    } else {
+        reply.status = translator.reverse(in, in_length, out);
+    }
+    const bool silent = translator.role == Role::reverse || translator.has(Trait::keeps_length);
+    if (out_length != not_stored) {
+        reply.length = out_length;
+    }
+    reply.translated = reply.status == NPXLATE_OK && (silent || reply.length);
+    if (!reply.translated) {
+        return reply;
+    }
+    if (translator.out().fixed()) {
+        reply.size = translator.out().most;
+    } else if (translator.has(Trait::takes_key)) {
+        reply.size = is_ethernet_segment(*argument.key) ? translator.out().least : translator.out().most;
+    } else {
+        reply.size = reply.length.value_or(static_cast<std::uint32_t>(in_length));
+    }
+    return reply;
+}
+
+std::string rejection(const Translator& translator, const Reply& reply) {
+    if (reply.status == NPXLATE_OK) {
+        return fmt::format("{} returned 0 (NPXLATE_OK), but stored no length: it does not take this record",
+                           translator.name);
+    }
+    return fmt::format("{} returned {} ({}): {}", translator.name, reply.status, status_name(reply.status),
+                       status_meaning(reply.status));
+}
+
+std::string_view status_name(std::int32_t status) {
+    switch (status) {
+        case NPXLATE_OK:
+            return "NPXLATE_OK";
+        case NPXLATE_INVALID:
+            return "NPXLATE_INVALID";
+        case NPXLATE_OUT_OF_RANGE:
+            return "NPXLATE_OUT_OF_RANGE";
+        case NPXLATE_NOT_SUPPORTED:
+            return "NPXLATE_NOT_SUPPORTED";
+        default:
+            return "unknown";
+    }
+}
+
+}  // namespace tool
