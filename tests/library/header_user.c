@@ -11,6 +11,9 @@ _Static_assert(sizeof p2l_ucode_func_table == 128 * sizeof(void (*)(void)), "128
 _Static_assert(sizeof quill_to_topparse_mregs == 480, "60 registers");
 _Static_assert(sizeof quill_to_topresolve_mregs == 1536, "192 registers");
 _Static_assert(sizeof quill_to_toplearn_mregs == 120, "15 registers");
+_Static_assert(NPXLATE_OK == 0 && NPXLATE_INVALID == 22, "statuses");
+_Static_assert(NPXLATE_OUT_OF_RANGE == 34 && NPXLATE_NOT_SUPPORTED == 95, "statuses");
+_Static_assert(NPXLATE_MAX_PHYSICAL_LENGTH == 96 && NPXLATE_MAX_LOGICAL_LENGTH == 168, "sizes of buffers");
 _Static_assert(sizeof TX_ADJ_KEY_MAX == 2, "16 bits");
 
 int main(void) {

@@ -1,0 +1,162 @@
+// The page of surprises, against what the catalogue knows: whoever looks a table up there finds what to know about it.
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "catalogue/catalogue.h"
+
+namespace {
+
+using catalogue::Role;
+using catalogue::Trait;
+using catalogue::Translator;
+
+constexpr Role roles[] = {Role::key, Role::result, Role::reverse};
+
+// Without its line breaks, so that a phrase is found wherever it stands.
+std::string in_one_line(const std::string& text) {
+    std::istringstream words{text};
+    std::string line;
+    for (std::string word; words >> word;) {
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return line;
+}
+
+std::string page() {
+    std::ifstream file{NPXLATE_SURPRISES};
+    return {std::istreambuf_iterator<char>{file}, {}};
+}
+
+// The text from a heading that starts like that up to the next one.
+std::string section(const std::string& heading) {
+    const std::string text = page();
+    const auto start = text.find("\n" + heading);
+    return start == std::string::npos ? "" : in_one_line(text.substr(start, text.find("\n#", start + 1) - start));
+}
+
+bool is_generic(const Translator& translator) { return translator.family == "frame"; }
+
+bool has_its_own(unsigned table) {
+    for (const Role role : roles) {
+        if (!is_generic(catalogue::of_table(table, role))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+TEST(Surprises, EveryTableWithTranslatorsOfItsOwnHasAnEntry) {
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        const std::string text = section("### Table " + std::to_string(table) + ":");
+        EXPECT_EQ(!text.empty(), has_its_own(table)) << "table " << table;
+        EXPECT_EQ(text.empty(), text.find(" - ") == std::string::npos) << "table " << table;
+    }
+}
+
+TEST(Surprises, EveryTraitIsNamedInItsTablesEntry) {
+    const std::map<Trait, std::string> phrases{
+        {Trait::changes_input, "changes its input"},
+        {Trait::keeps_buffer, "does not clear the whole record"},
+        {Trait::takes_type, "takes a fourth argument, a pointer to the entry type"},
+        {Trait::takes_key, "takes a fourth argument, the logical key of the entry"},
+        {Trait::rejects_records, "eturns `NPXLATE_"},
+        {Trait::hides_failures, "the out-length was not stored"},
+    };
+    unsigned found = 0;
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        const std::string text = section("### Table " + std::to_string(table) + ":");
+        for (const Role role : roles) {
+            const Translator& translator = catalogue::of_table(table, role);
+            for (const auto& [trait, phrase] : phrases) {
+                if (translator.has(trait)) {
+                    EXPECT_NE(text.find(phrase), std::string::npos) << "table " << table << ": " << phrase;
+                    ++found;
+                }
+            }
+        }
+    }
+    EXPECT_GT(found, 15U);
+}
+
+TEST(Surprises, HowATableReadsBackIsSaid) {
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        if (!has_its_own(table)) {
+            continue;
+        }
+        const std::string text = section("### Table " + std::to_string(table) + ":");
+        const Translator& reverse = catalogue::of_table(table, Role::reverse);
+        EXPECT_EQ(text.find("Reads back as physical bytes") != std::string::npos, is_generic(reverse))
+            << "table " << table;
+        if (is_generic(reverse)) {
+            continue;
+        }
+        const bool checks = reverse.has(Trait::checks_length);
+        const std::string length = "checks its length (" + std::to_string(reverse.physical.most) + ")";
+        EXPECT_EQ(text.find(length) != std::string::npos, checks) << "table " << table;
+        if (reverse.logical.most > catalogue::of_table(table, Role::result).logical.most) {
+            EXPECT_NE(text.find("fills " + std::to_string(reverse.logical.most)), std::string::npos)
+                << "table " << table;
+        }
+    }
+}
+
+// "12 (result), 22 (result), ...": the tables whose translators have the trait.
+std::string tables_with(Trait trait) {
+    std::string list;
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        for (const Role role : roles) {
+            const Translator& translator = catalogue::of_table(table, role);
+            if (translator.has(trait)) {
+                list += (list.empty() ? "" : ", ") + std::to_string(table) + " (" +
+                        std::string{catalogue::to_string(role)} + ")";
+            }
+        }
+    }
+    return list;
+}
+
+TEST(Surprises, TheTablesThatMatterMostAreAtAGlance) {
+    const std::string text = in_one_line(page());
+    EXPECT_NE(text.find("| the translator changes its input | " + tables_with(Trait::changes_input) + " |"),
+              std::string::npos);
+    EXPECT_NE(text.find("| the buffer is not cleared, or not all of it | " + tables_with(Trait::keeps_buffer) + ";"),
+              std::string::npos);
+}
+
+TEST(Surprises, EveryTraitOfATranslatorWithoutTableIsNamed) {
+    const std::string text = section("## By name");
+    unsigned found = 0;
+    for (const Translator& translator : catalogue::translators()) {
+        if (catalogue::tables_of(translator).empty() && translator.traits != 0) {
+            EXPECT_NE(text.find("`" + std::string{translator.name} + "`"), std::string::npos) << translator.name;
+            ++found;
+        }
+    }
+    EXPECT_GT(found, 8U);
+}
+
+// Nothing on the page has another name than the library gives it.
+TEST(Surprises, NamesOnlyWhatThereIs) {
+    const std::string text = page();
+    std::set<std::string> unknown;
+    for (std::size_t at = text.find('`'); at != std::string::npos;) {
+        const std::size_t end = text.find('`', at + 1);
+        ASSERT_NE(end, std::string::npos);
+        const std::string name = text.substr(at + 1, end - at - 1);
+        const bool is_translator = name.find("xlate") != std::string::npos && name.find(' ') == std::string::npos;
+        if (is_translator && catalogue::find(name) == nullptr) {
+            unknown.insert(name);
+        }
+        at = text.find('`', end + 1);
+    }
+    EXPECT_EQ(unknown, std::set<std::string>{});
+}
+
+}  // namespace

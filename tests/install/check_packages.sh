@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# Builds the Debian packages, and runs what is in them from where they are unpacked:
+# check_packages.sh BUILD WORK LIBDIR BUILD_TYPE WITH_TOOL CC CPACK
+. "$(dirname "$0")/common.sh"
+
+build=$1 work=$2 libdir=$3 build_type=${4,,} with_tool=$5 cc=$6 cpack=$7
+architecture=$(dpkg --print-architecture)
+rm -rf "$work"
+mkdir -p "$work/alone"
+"$cpack" -G DEB --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/cpack.log" 2>&1 ||
+    { cat "$work/cpack.log" >&2; exit 1; }
+
+packages=(libnpxlate1 libnpxlate-dev)
+if [ "$with_tool" = ON ]; then
+    packages+=(npxlate)
+fi
+diff <(printf "%s_1.0.0_$architecture.deb\n" "${packages[@]}" | sort) \
+    <(cd "$work/packages" && ls -- *.deb | sort) || fail "Other packages than expected (< expected, > built)."
+
+package_file() { echo "$work/packages/$1_1.0.0_$architecture.deb"; }
+
+# check_field PACKAGE FIELD PATTERN
+check_field() {
+    local value
+    value=$(dpkg-deb -f "$(package_file "$1")" "$2")
+    [[ $value =~ $3 ]] || fail "$2 of $1 is \"$value\", not $3"
+}
+
+for package in "${packages[@]}"; do
+    dpkg-deb -x "$(package_file "$package")" "$work/alone/$package"
+    dpkg-deb -x "$(package_file "$package")" "$work/root"
+    check_field "$package" Package "^$package\$"
+    check_field "$package" Version '^1\.0\.0$'
+    check_field "$package" Architecture "^$architecture\$"
+    check_field "$package" Maintainer '^npxlate maintainers <maintainers@npxlate\.example>$'
+    check_field "$package" Description '^Translators between the logical and the physical records'
+done
+check_field libnpxlate1 Section '^libs$'
+check_field libnpxlate1 Depends '^libc6 \(>= [0-9.]+\)$'
+check_field libnpxlate-dev Section '^libdevel$'
+check_field libnpxlate-dev Depends '^libnpxlate1 \(= 1\.0\.0\)$'
+dpkg-deb --ctrl-tarfile "$(package_file libnpxlate1)" | tar -xO ./shlibs | grep -qx 'libnpxlate 1 libnpxlate1 (>= 1\.0\.0)' ||
+    fail "libnpxlate1 does not say which package its soname is in."
+
+check_files "$work/alone/libnpxlate1/usr" $(library_files "$libdir")
+check_files "$work/alone/libnpxlate-dev/usr" $(development_files "$libdir" "$build_type")
+
+pkg_config=(env "PKG_CONFIG_LIBDIR=$work/root/usr/$libdir/pkgconfig" pkg-config)
+"$cc" -std=c11 "$examples/program.c" $("${pkg_config[@]}" --cflags --libs npxlate) -o "$work/program_c"
+check_output "$expected/program.c.txt" env "LD_LIBRARY_PATH=$work/root/usr/$libdir" "$work/program_c"
+
+if [ "$with_tool" = ON ]; then
+    check_field npxlate Section '^net$'
+    check_field npxlate Depends 'libnpxlate1 \(= 1\.0\.0\)'
+    check_field npxlate Depends 'libstdc\+\+6 '
+    check_files "$work/alone/npxlate/usr" $(tool_files)
+    [ "$("$work/root/usr/bin/npxlate" --version)" = "npxlate 1.0.0" ] || fail "The unpacked tool gives another version."
+fi

@@ -1,0 +1,45 @@
+# What the checks of an installation share; sourced.
+set -euo pipefail
+export LC_ALL=C
+# Nothing of the machine's own may help a caller to find the library.
+unset CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH npxlate_DIR
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+examples=$here/../../examples
+expected=$here/../examples
+
+fail() {
+    echo "$*" >&2
+    exit 1
+}
+
+# check_files ROOT FILE...: exactly these files lie below ROOT.
+check_files() {
+    local root=$1
+    shift
+    diff <(printf '%s\n' "$@" | sort) <(cd "$root" && find . ! -type d -printf '%P\n' | sort) ||
+        fail "The files below $root are not the expected ones (< expected, > there)."
+}
+
+# check_output EXPECTED COMMAND...
+check_output() {
+    local file=$1
+    shift
+    "$@" | diff "$file" - || fail "$* prints something else than $file (< expected, > printed)."
+}
+
+library_files() { # LIBDIR
+    printf '%s\n' "$1/libnpxlate.so.1" "$1/libnpxlate.so.1.0.0"
+}
+
+development_files() { # LIBDIR, BUILD_TYPE in lower case
+    printf '%s\n' include/npxlate/npxlate.h "$1/libnpxlate.so" "$1/pkgconfig/npxlate.pc" share/man/man3/npxlate.3 \
+        "$1"/cmake/npxlate/npxlate-config{,-version,-"$2"}.cmake \
+        share/doc/npxlate/{contract,debugging,surprises}.md \
+        share/doc/npxlate/examples/{entries.jsonl,program.c,program.cpp,program.py}
+}
+
+tool_files() {
+    printf '%s\n' bin/npxlate share/man/man1/npxlate.1 share/bash-completion/completions/npxlate \
+        share/zsh/site-functions/_npxlate
+}
