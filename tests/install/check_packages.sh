@@ -39,7 +39,7 @@ check_field libnpxlate1 Section '^libs$'
 check_field libnpxlate1 Depends '^libc6 \(>= [0-9.]+\)$'
 check_field libnpxlate-dev Section '^libdevel$'
 check_field libnpxlate-dev Depends '^libnpxlate1 \(= 1\.0\.0\)$'
-dpkg-deb --ctrl-tarfile "$(package_file libnpxlate1)" | tar -xO ./shlibs | grep -qx 'libnpxlate 1 libnpxlate1 (>= 1\.0\.0)' ||
+dpkg-deb --ctrl-tarfile "$(package_file libnpxlate1)" | tar -xO ./shlibs | grep -x 'libnpxlate 1 libnpxlate1 (>= 1\.0\.0)' >/dev/null ||
     fail "libnpxlate1 does not say which package its soname is in."
 
 check_files "$work/alone/libnpxlate1/usr" $(library_files "$libdir")

@@ -48,6 +48,6 @@ unset LD_LIBRARY_PATH
 if [ "$with_tool" = ON ]; then
     # The tool finds the library that was installed with it.
     [ "$("$prefix/bin/npxlate" --version)" = "npxlate 1.0.0" ] || fail "The installed tool gives another version."
-    ldd "$prefix/bin/npxlate" | grep -qF "$prefix/bin/../$libdir/libnpxlate.so.1" ||
+    ldd "$prefix/bin/npxlate" | grep -F "$prefix/bin/../$libdir/libnpxlate.so.1" >/dev/null ||
         fail "The tool takes another library: $(ldd "$prefix/bin/npxlate")"
 fi

@@ -26,7 +26,7 @@ complete_words() {
 offers() {
     local expected=$1
     shift
-    complete_words "$@" | grep -qxe "$expected" || { echo "$* is not completed to $expected." >&2; exit 1; }
+    complete_words "$@" | grep -xe "$expected" >/dev/null || { echo "$* is not completed to $expected." >&2; exit 1; }
 }
 
 diff <(echo "$commands") <(complete_words npxlate "" | sort) ||
@@ -35,7 +35,7 @@ offers --json npxlate tables --
 offers 107 npxlate result 10
 offers span_fwd_st_xlate_result npxlate result span_
 offers resolve npxlate registers re
-if complete_words npxlate result span_ | grep -qv '^span_'; then
+if complete_words npxlate result span_ | grep -v '^span_' >/dev/null; then
     echo "Completes to what does not start with span_." >&2
     exit 1
 fi

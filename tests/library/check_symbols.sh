@@ -28,7 +28,7 @@ if [ -n "$needed" ]; then
     failed=1
 fi
 
-if ! "$readelf" -d "$library" | grep -q 'SONAME.*\[libnpxlate\.so\.1\]'; then
+if ! "$readelf" -d "$library" | grep 'SONAME.*\[libnpxlate\.so\.1\]' >/dev/null; then
     echo "The soname is not libnpxlate.so.1." >&2
     failed=1
 fi
