@@ -1,6 +1,7 @@
 // npxlate layout: the layouts of a translator, variant by variant.
 
 #include <memory>
+#include <set>
 
 #include <fmt/format.h>
 #include <CLI/App.hpp>
@@ -72,28 +73,40 @@ std::string condition(const Translator& translator, const VariantLayout& variant
     return text.empty() ? "" : " (" + text + ")";
 }
 
+std::string what_happens(const Field& field) {
+    return (field.kind == explain::Kind::constant ? "constant " : "") + field.text +
+           (field.combines ? ", ORed in" : "");
+}
+
 std::string to_text(const LayoutTable& table, Style style) {
     const Translator& translator = *table.translator;
     const char in = explain::in_letter(translator);
     const char out = explain::out_letter(translator);
     std::string text = heading(describe(translator), style);
     text += fmt::format("in {} ({}), out {} ({})\n", in, describe(translator.in()), out, describe(translator.out()));
-    constexpr std::size_t columns[] = {2, 18};
+    constexpr std::size_t columns[] = {2, 17, 20};
+    // A layout that several variants have in common is written out once.
+    std::set<std::string> written_out;
     for (const VariantLayout& variant : table.variants) {
         text += "\n" + heading(fmt::format("Variant {}{}", variant.name, condition(translator, variant)), style);
         for (const Section& section : variant.sections) {
             const std::string title = section.title.empty() ? "put by code" : section.title;
-            text += fmt::format("{}{}\n", title, section.always ? "" : " (only where that holds)");
+            std::string rows;
             for (const Field& field : section.fields) {
-                text += line(columns, {"", explain::position_list(out, field.to), describe(translator, field)});
+                rows += line(columns, {"", explain::position_list(out, field.to),
+                                       explain::position_list(in, field.from), what_happens(field)});
             }
+            const bool repeated = !written_out.insert(title + rows).second;
+            text += fmt::format("{}{}{}\n", title, section.always ? "" : " (where that holds)",
+                                repeated ? ": as above" : "");
+            text += repeated ? "" : rows;
         }
         if (variant.sections.empty()) {
             text += "writes nothing\n";
         }
         for (const explain::InputChange& change : variant.input_changes) {
             text += "changed in the record that went in\n";
-            text += line(columns, {"", explain::position_list(in, change.bits), change.text});
+            text += line(columns, {"", explain::position_list(in, change.bits), "", change.text});
         }
     }
     return text;
