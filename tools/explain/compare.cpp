@@ -66,6 +66,14 @@ Comparison compare(const Translator& translator, std::span<const std::uint8_t> f
                                      [&](std::uint16_t to) { return out.contains(to); });
             }
         }
+        // Values that differ on the other side are named as a whole there, too.
+        for (const Account* account : {&a, &b}) {
+            for (const Field& field : account->fields) {
+                if (is_value(field) && touches(field.to, shows)) {
+                    shows.merge(bits_of(field.to));
+                }
+            }
+        }
         difference.other_side = spans_of(shows);
         result.in.push_back(std::move(difference));
     };
@@ -87,7 +95,7 @@ Comparison compare(const Translator& translator, std::span<const std::uint8_t> f
         std::set<std::uint16_t> from;
         for (const std::uint16_t bit : bits_of(at)) {
             for (const Account* account : {&a, &b}) {
-                if (bit >= account->out_bits.size() || !out.contains(bit)) {
+                if (bit >= account->out_bits.size()) {
                     continue;
                 }
                 const OutBit& out_bit = account->out_bits[bit];
@@ -100,10 +108,16 @@ Comparison compare(const Translator& translator, std::span<const std::uint8_t> f
         difference.other_side = spans_of(from);
         result.out.push_back(std::move(difference));
     };
-    for (const Field& field : a.fields) {
-        if (is_value(field) && touches(field.to, out_left)) {
-            add_out(field.to);
-            erase(out_left, field.to);
+    std::set<std::uint16_t> named;
+    for (const Account* account : {&a, &b}) {
+        for (const Field& field : account->fields) {
+            if (is_value(field) && touches(field.to, out_left)) {
+                std::set<std::uint16_t> at = bits_of(field.to);
+                erase(at, spans_of(named));
+                add_out(spans_of(at));
+                named.merge(at);
+                erase(out_left, field.to);
+            }
         }
     }
     for (const Span run : spans_of(out_left)) {

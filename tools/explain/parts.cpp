@@ -55,7 +55,7 @@ std::string text_of(Kind kind) {
         case Kind::inverted:
             return "inverted";
         case Kind::label:
-            return "20-bit label, high bits first in the physical record";
+            return "20 bits of a label, high bits first in P";
         case Kind::shifted:
             return "shifted right by one, the lowest bit ORed into bit 20";
         case Kind::cleared:

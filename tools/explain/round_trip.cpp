@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 
 #include "explain/comparison.h"
 #include "explain/positions.h"
@@ -140,47 +141,67 @@ private:
     }
 
     Returned::Kind kind(std::size_t bit) const {
-        const Origin& origin = origins_[bit];
-        const bool is = bit_of(out_, bit);
-        switch (origin.kind) {
+        switch (origins_[bit].kind) {
             case Origin::nowhere:
             case Origin::constant:
-                return is ? Returned::invented : Returned::restored;
+                return bit_of(out_, bit) && !was(bit) ? Returned::invented : Returned::restored;
             case Origin::moved:
-                return origin.is_from(bit) ? Returned::restored : Returned::moved;
+                return origins_[bit].is_from(bit) ? Returned::restored : Returned::moved;
             case Origin::inverted:
                 return Returned::inverted;
             case Origin::computed:
                 break;
         }
-        return is == was(bit) ? Returned::restored : Returned::computed;
+        return Returned::computed;
     }
 
-    // The bits from this one on with which the same happened; their number.
+    // Whether two neighbouring bits have the same to tell.
+    bool joins(std::size_t bit, std::size_t before) const {
+        const Origin& origin = origins_[bit];
+        const Origin& last = origins_[before];
+        if (kind(bit) != kind(before) || origin.text != last.text ||
+            (origin.kind == Origin::moved) != (last.kind == Origin::moved) ||
+            (bit % 8 == 0 && reversed_bytes(bit / 8) > 1)) {
+            return false;
+        }
+        return (origin.kind != Origin::moved && origin.kind != Origin::inverted) ||
+               *origin.from.begin() == *last.from.begin() + 1;
+    }
+
+    // The bits from this one on that have the same to tell; their number.
     std::size_t take_run(std::size_t first) {
-        const Origin& origin = origins_[first];
-        Returned run{.kind = kind(first), .at = {}, .from = {}, .reversed = false, .text = origin.text};
-        const bool straight = run.kind == Returned::moved || run.kind == Returned::inverted;
-        const bool carried = origin.kind != Origin::nowhere && origin.kind != Origin::constant;
+        Returned run{.kind = kind(first), .text = origins_[first].text};
         std::set<std::uint16_t> at;
         std::set<std::uint16_t> from;
+        bool as_it_was = true;
         std::size_t bit = first;
         do {
             at.insert(static_cast<std::uint16_t>(bit));
             from.insert(origins_[bit].from.begin(), origins_[bit].from.end());
+            as_it_was = as_it_was && bit_of(out_, bit) == was(bit);
             ++bit;
-        } while (bit < origins_.size() && kind(bit) == run.kind &&
-                 (origins_[bit].kind != Origin::nowhere && origins_[bit].kind != Origin::constant) == carried &&
-                 (!straight || *origins_[bit].from.begin() == *origins_[bit - 1].from.begin() + 1) &&
-                 (run.kind != Returned::computed || origins_[bit].text == run.text) &&
-                 !(bit % 8 == 0 && reversed_bytes(bit / 8) > 1));
+        } while (bit < origins_.size() && joins(bit, bit - 1));
         accounted_for_.insert(from.begin(), from.end());
+        if (run.kind == Returned::computed && as_it_was &&
+            std::ranges::any_of(at, [&](std::uint16_t one) { return from.contains(one); })) {
+            run.kind = Returned::restored;
+        }
         if (run.kind == Returned::restored) {
-            if (!carried) {
-                return bit - first;  // zero, and from nowhere
+            if (from.empty()) {
+                // From nowhere, but as it was: nothing to tell, unless a bit was lost.
+                std::ranges::copy_if(at, std::inserter(accounted_for_, accounted_for_.end()),
+                                     [&](std::uint16_t one) { return was(one) && bit_of(out_, one); });
+                return bit - first;
             }
             run.text.clear();
             from.clear();
+            if (!result_.empty() && result_.back().kind == Returned::restored) {
+                std::set<std::uint16_t> before = bits_of(result_.back().at);
+                if (*before.rbegin() + 1 == *at.begin()) {
+                    at.merge(before);
+                    result_.pop_back();
+                }
+            }
         }
         run.at = spans_of(at);
         run.from = spans_of(from);

@@ -37,28 +37,35 @@ struct Options {
 std::string in_words(const RoundTrip& trip, const Returned& returned) {
     const std::string at = explain::position_list('L', returned.at);
     const std::string from = explain::position_list('L', returned.from);
-    const std::string was = explain::value_at(
-        trip.forward.in,
-        returned.kind == Returned::moved || returned.kind == Returned::inverted ? returned.from : returned.at);
+    const std::string was = explain::value_at(trip.forward.in, returned.at);
     const std::string is = explain::value_at(trip.reverse->out, returned.at);
+    std::string what;
     switch (returned.kind) {
         case Returned::restored:
-            return fmt::format("{} restored", at);
+            what = "restored";
+            break;
         case Returned::byte_reversed:
-            return fmt::format("{} byte-reversed ({} became {})", at, was, is);
+            what = was == is ? "byte-reversed" : fmt::format("byte-reversed ({} became {})", was, is);
+            break;
         case Returned::moved:
-            return fmt::format("{} moved from {}{}", at, from, returned.reversed ? ", byte-reversed" : "");
+            what = fmt::format("moved from {}{}", from, returned.reversed ? ", byte-reversed" : "");
+            break;
         case Returned::inverted:
-            return fmt::format("{} from {}, inverted", at, from);
+            what = fmt::format("inverted from {}", from);
+            break;
         case Returned::computed:
-            return fmt::format("{} computed (was {}, is {}){}: {}", at, was, is, from.empty() ? "" : " from " + from,
-                               returned.text);
+            what = fmt::format("computed from {} (was {}, is {}): {}", from, was, is, returned.text);
+            break;
         case Returned::lost:
-            return fmt::format("{} lost (was {})", at, was);
+            what = fmt::format("lost (was {})", was);
+            break;
         case Returned::invented:
-            return fmt::format("{} invented (is {})", at, is);
+            what = fmt::format("invented (is {})", is);
+            break;
     }
-    return at;
+    // What does not fit goes on under the first word after the position.
+    const std::size_t columns[] = {at.size() + 1};
+    return line(columns, {at, what});
 }
 
 Json to_json(const RoundTrip& trip) {
@@ -107,7 +114,7 @@ std::string to_text(const RoundTrip& trip, Style style) {
     text += hex("logical", trip.forward.in) + hex("physical", trip.forward.out) + hex("and back", trip.reverse->out);
     text += "\n";
     for (const Returned& returned : trip.returned) {
-        text += in_words(trip, returned) + "\n";
+        text += in_words(trip, returned);
     }
     return text;
 }
