@@ -121,8 +121,8 @@ public:
     // A record that starts as the caller had it from this byte on, cleared before it.
     NPXLATE_INLINE static Record kept_from(Position<side> first, const void* record) {
         Record result;
-        load_words(result, static_cast<const std::uint8_t*>(record), std::make_index_sequence<word_count>{});
-        clear_before(result, 8 * first.byte, std::make_index_sequence<word_count>{});
+        load_words(result, static_cast<const std::uint8_t*>(record), 8 * first.byte,
+                   std::make_index_sequence<word_count>{});
         return result;
     }
 
@@ -144,16 +144,21 @@ public:
 private:
     static constexpr std::size_t bytes_in(std::size_t index) { return size - 8 * index < 8 ? size - 8 * index : 8; }
 
-    template <std::size_t... index>
-    NPXLATE_INLINE static void load_words(Record& result, const std::uint8_t* from, std::index_sequence<index...>) {
-        ((result.word_[index] = load_little<bytes_in(index)>(from + 8 * index)), ...);
+    // The bits of a word that a record has kept which is kept from this bit on.
+    NPXLATE_INLINE static constexpr std::uint64_t kept(std::size_t index, std::size_t first_bit) {
+        if (first_bit <= 64 * index) {
+            return ~std::uint64_t{0};
+        }
+        if (first_bit >= 64 * index + 64) {
+            return 0;
+        }
+        return ~std::uint64_t{0} << first_bit % 64;
     }
+
     template <std::size_t... index>
-    NPXLATE_INLINE static void clear_before(Record& result, unsigned bit, std::index_sequence<index...>) {
-        ((result.word_[index] &= bit <= 64 * index        ? ~std::uint64_t{0}
-                                 : bit - 64 * index >= 64 ? 0
-                                                          : ~std::uint64_t{0} << (bit - 64 * index)),
-         ...);
+    NPXLATE_INLINE static void load_words(Record& result, const std::uint8_t* from, std::size_t first_bit,
+                                          std::index_sequence<index...>) {
+        ((result.word_[index] = load_little<bytes_in(index)>(from + 8 * index) & kept(index, first_bit)), ...);
     }
     template <std::size_t... index>
     NPXLATE_INLINE void store_words(std::uint8_t* to, std::index_sequence<index...>) const {
