@@ -17,12 +17,16 @@ namespace npxlate {
 
 namespace place_detail {
 
-// Masked and shifted in 32 bits where those are enough: a constant of 64 bits costs an instruction of its own.
+// In 32 bits where those are enough: a constant of 64 bits costs an instruction of its own.
 template <plan::Term term>
 NPXLATE_INLINE std::uint64_t move(const std::uint8_t* from) {
     using Loaded = std::conditional_t<(term.load_bytes <= 4), std::uint32_t, std::uint64_t>;
     const auto loaded = static_cast<Loaded>(load_little<term.load_bytes>(from + term.offset));
-    if constexpr (term.shift <= 0) {
+    if constexpr (term.multiplier != 1) {
+        using Product = std::conditional_t<(term.mask << -term.shift <= 0xffffffff), std::uint32_t, std::uint64_t>;
+        const auto taken = static_cast<Product>(loaded & static_cast<Loaded>(term.taken));
+        return taken * static_cast<Product>(term.multiplier) >> -term.shift & static_cast<Product>(term.mask);
+    } else if constexpr (term.shift <= 0) {
         return loaded >> -term.shift & static_cast<Loaded>(term.mask);
     } else if constexpr (term.mask <= 0xffffffff) {
         return static_cast<std::uint32_t>(loaded) << term.shift & static_cast<std::uint32_t>(term.mask);

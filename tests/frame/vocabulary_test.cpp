@@ -5,6 +5,8 @@
 
 #include <array>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "frame/helpers.h"
 #include "support/harness.h"
@@ -144,6 +146,122 @@ TEST(Vocabulary, EveryKindOfRowWritesItsPhysicalPositionsAndNoOthers) {
 
 TEST(Vocabulary, EveryKindOfRowWritesItsLogicalPositionsAndNoOthers) {
     check_scattered<Side::logical>(std::make_integer_sequence<unsigned, 12>{});
+}
+
+// Single bits of a few bytes, each with a way of its own, as the flags of a record are: what multiplications gather.
+constexpr unsigned flag_bytes = 5;
+constexpr unsigned flag_count = 18;
+
+struct Flags {
+    std::array<std::uint8_t, flag_count> to{};
+    std::array<std::uint8_t, flag_count> from{};
+};
+
+constexpr Flags scattered_flags(unsigned test) {
+    const auto choose = [test](std::array<std::uint8_t, flag_count>& chosen, unsigned which, unsigned bytes) {
+        std::array<std::uint8_t, 8 * flag_bytes> bits{};
+        for (unsigned i = 0; i < 8 * bytes; ++i) {
+            bits[i] = static_cast<std::uint8_t>(i);
+        }
+        for (unsigned i = 0; i < flag_count; ++i) {
+            std::swap(bits[i], bits[i + scattered(test, which + i, 8 * bytes - i)]);
+            chosen[i] = bits[i];
+        }
+    };
+    Flags flags;
+    choose(flags.to, 0, 3 + test % 3);
+    choose(flags.from, 100, 3 + test / 3 % 3);
+    return flags;
+}
+
+template <Side to, unsigned test>
+struct FlagsOf {
+    static constexpr Flags flags = scattered_flags(test);
+
+    // A few bytes into the record, and across the end of a word of it.
+    template <unsigned i>
+    static constexpr Row<to> row() {
+        constexpr Position<to> target{6 + flags.to[i] / 8U, flags.to[i] % 8U};
+        constexpr Position<opposite(to)> source{3 + flags.from[i] / 8U, flags.from[i] % 8U};
+        return i % 5 == 0 ? inverted(target, source) : npxlate::bit(target, source);
+    }
+    template <unsigned... i>
+    static constexpr Layout<to, flag_count> layout_of(std::integer_sequence<unsigned, i...>) {
+        return {"flags", std::array<Row<to>, flag_count>{row<i>()...}};
+    }
+    static constexpr Layout layout = layout_of(std::make_integer_sequence<unsigned, flag_count>{});
+
+    static void check() {
+        std::vector<std::string> rows;
+        for (unsigned i = 0; i < flag_count; ++i) {
+            rows.push_back(bit(letter(to), 6 + flags.to[i] / 8U, flags.to[i] % 8U) + (i % 5 == 0 ? " = not " : " = ") +
+                           bit(letter(opposite(to)), 3 + flags.from[i] / 8U, flags.from[i] % 8U));
+        }
+        expect_rows<layout>(rows);
+    }
+
+    // How many multiplications the two words take that the flags stand in.
+    static constexpr unsigned multiplications() {
+        unsigned result = 0;
+        for (const std::size_t index : {0U, 1U}) {
+            const plan::Word word = plan::word(layout.cells(), index, layout.bytes_read());
+            for (std::size_t i = 0; i < word.term_count; ++i) {
+                result += word.terms[i].multiplier != 1 ? 1 : 0;
+            }
+        }
+        return result;
+    }
+};
+
+template <Side to, unsigned... test>
+void check_flags(std::integer_sequence<unsigned, test...>) {
+    (FlagsOf<to, test>::check(), ...);
+    constexpr unsigned multiplying = (0U + ... + (FlagsOf<to, test>::multiplications() != 0 ? 1 : 0));
+    EXPECT_GT(multiplying, sizeof...(test) / 2) << "these layouts are here to be multiplied";
+}
+
+TEST(Vocabulary, ScatteredFlagsArriveWhereTheyBelongAndDisturbNothing) {
+    check_flags<Side::physical>(std::make_integer_sequence<unsigned, 12>{});
+    check_flags<Side::logical>(std::make_integer_sequence<unsigned, 12>{});
+}
+
+// Small numbers, so that every choice of the bits taken can be tried.
+TEST(Plan, AProductThatKeepsItsBitsDoesSoWhateverTheyAre) {
+    unsigned kept = 0;
+    unsigned refused = 0;
+    for (unsigned test = 0; test < 4000; ++test) {
+        const std::uint64_t taken = scattered(test, 1, 1U << 10) & scattered(test, 2, 1U << 10);
+        const std::uint64_t multiplier = scattered(test, 3, 1U << 12) & scattered(test, 4, 1U << 12);
+        const std::uint64_t wanted = scattered(test, 5, 1U << 20) & scattered(test, 6, 1U << 20);
+        // What reaches each place, bit by bit.
+        std::array<std::vector<unsigned>, 24> sources;
+        for (unsigned shift = 0; shift < 12; ++shift) {
+            for (unsigned from = 0; from < 10; ++from) {
+                if ((multiplier >> shift & 1) != 0 && (taken >> from & 1) != 0) {
+                    sources[from + shift].push_back(from);
+                }
+            }
+        }
+        if (!plan::product_keeps(wanted, taken, multiplier)) {
+            ++refused;
+            continue;
+        }
+        ++kept;
+        for (std::uint64_t value = taken;; value = (value - 1) & taken) {
+            for (unsigned at = 0; at < 20; ++at) {
+                if ((wanted >> at & 1) != 0) {
+                    ASSERT_LE(sources[at].size(), 1U);
+                    const std::uint64_t expected = sources[at].empty() ? 0 : value >> sources[at][0] & 1;
+                    ASSERT_EQ(value * multiplier >> at & 1, expected) << value << " * " << multiplier << ", bit " << at;
+                }
+            }
+            if (value == 0) {
+                break;
+            }
+        }
+    }
+    EXPECT_GT(kept, 200U);
+    EXPECT_GT(refused, 200U);
 }
 
 constexpr Layout label_with_flag_bit{"label", label(P(2), L(5), L(9, 3))};
