@@ -48,10 +48,9 @@ void print(const std::vector<Subject>& subjects, const bench::Times& times) {
         }
     }
     if (count != 0) {
-        std::printf(
-            "\n%zu measured, of which %zu take longer than the copy; geometric mean of the ratios %.2f; worst %.2f: "
-            "%s\n",
-            count, slower, std::exp(logarithms / static_cast<double>(count)), worst, worst_name.c_str());
+        std::printf("\ngeometric mean of the ratios: %.2f\n", std::exp(logarithms / static_cast<double>(count)));
+        std::printf("worst ratio: %.2f, %s\n", worst, worst_name.c_str());
+        std::printf("slower than the copy: %zu of %zu\n", slower, count);
     }
 }
 

@@ -68,27 +68,30 @@ NPXLATE_INLINE void place_word(Record<side, to_size>& out, const std::uint8_t* f
 }
 
 // A field of up to 32 bits anywhere in the record read.
-template <Span span>
+template <Span span, std::size_t from_size>
 NPXLATE_INLINE std::uint32_t field(const std::uint8_t* from) {
-    constexpr std::size_t bytes = (span.first_bit % 8 + span.width + 7) / 8;
-    return static_cast<std::uint32_t>(load_little<bytes>(from + span.first_bit / 8) >> span.first_bit % 8 &
+    constexpr plan::Term load =
+        plan::load_for({span.first_bit / 8U, (span.first_bit + span.width - 1U) / 8}, from_size);
+    return static_cast<std::uint32_t>(load_little<load.load_bytes>(from + load.offset) >>
+                                          (span.first_bit - 8 * load.offset) &
                                       ((std::uint64_t{1} << span.width) - 1));
 }
 
 // Not zero if any bit of the span is 1.
-template <Span span>
+template <Span span, std::size_t from_size>
 NPXLATE_INLINE std::uint32_t any_bit(const std::uint8_t* from) {
     if constexpr (span.width == 0) {
         return 0;
     } else if constexpr (span.width > 32) {
-        return field<Span{span.first_bit, 32}>(from) | any_bit<Span{span.first_bit + 32, span.width - 32}>(from);
+        return field<Span{span.first_bit, 32}, from_size>(from) |
+               any_bit<Span{span.first_bit + 32, span.width - 32}, from_size>(from);
     } else {
-        return field<span>(from);
+        return field<span, from_size>(from);
     }
 }
 
 // The rows that are functions of whole fields. Their bits were cleared when the words were placed.
-template <const auto& layout, std::size_t index, Side side, std::size_t to_size>
+template <const auto& layout, std::size_t index, Side side, std::size_t to_size, std::size_t from_size>
 NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_t* from) {
     static constexpr const Row<side>& row = layout.rows[index];
     if constexpr (!row.reads_whole_fields()) {
@@ -97,7 +100,8 @@ NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_
         constexpr std::size_t word = row.to.first_bit / 64;
         constexpr unsigned shift = row.to.first_bit % 64;
         if constexpr (row.kind == RowKind::virtual_queue_index) {
-            const std::uint32_t vqi = adjusted_virtual_queue_index(field<row.from[0]>(from), field<row.from[1]>(from));
+            const std::uint32_t vqi =
+                adjusted_virtual_queue_index(field<row.from[0], from_size>(from), field<row.from[1], from_size>(from));
             if constexpr (shift <= 48) {
                 out.write(word, 0, std::uint64_t{__builtin_bswap16(static_cast<std::uint16_t>(vqi))} << shift);
             } else {
@@ -107,11 +111,11 @@ NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_
         } else if constexpr (row.kind == RowKind::mapped) {
             constexpr std::uint32_t mask = (1U << row.to.width) - 1;
             constexpr auto* apply = row.function->apply;  // a constant, so that the call can be inlined
-            out.write(word, 0, std::uint64_t{apply(field<row.from[0]>(from)) & mask} << shift);
+            out.write(word, 0, std::uint64_t{apply(field<row.from[0], from_size>(from)) & mask} << shift);
         } else {
-            const std::uint32_t found = any_bit<row.from[0]>(from) | any_bit<row.from[1]>(from) |
-                                        any_bit<row.from[2]>(from) | any_bit<row.from[3]>(from) |
-                                        any_bit<row.from[4]>(from) | any_bit<row.from[5]>(from);
+            const std::uint32_t found = any_bit<row.from[0], from_size>(from) | any_bit<row.from[1], from_size>(from) |
+                                        any_bit<row.from[2], from_size>(from) | any_bit<row.from[3], from_size>(from) |
+                                        any_bit<row.from[4], from_size>(from) | any_bit<row.from[5], from_size>(from);
             out.write(word, 0, std::uint64_t{(found != 0) == (row.kind == RowKind::any)} << shift);
         }
     }
@@ -122,7 +126,7 @@ template <const auto& layout, Side side, std::size_t to_size, std::size_t from_s
 NPXLATE_INLINE void place_all(Record<side, to_size>& out, const std::uint8_t* from, std::index_sequence<word...>,
                               std::index_sequence<row...>) {
     (place_word<layout, word, side, to_size, from_size>(out, from), ...);
-    (place_computed<layout, row>(out, from), ...);
+    (place_computed<layout, row, side, to_size, from_size>(out, from), ...);
 }
 
 }  // namespace place_detail
