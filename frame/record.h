@@ -145,7 +145,7 @@ private:
     static constexpr std::size_t bytes_in(std::size_t index) { return size - 8 * index < 8 ? size - 8 * index : 8; }
 
     // The bits of a word that a record has kept which is kept from this bit on.
-    NPXLATE_INLINE static constexpr std::uint64_t kept(std::size_t index, std::size_t first_bit) {
+    static constexpr std::uint64_t kept(std::size_t index, std::size_t first_bit) {
         if (first_bit <= 64 * index) {
             return ~std::uint64_t{0};
         }

@@ -408,6 +408,14 @@ TEST(Vocabulary, PutReplacesItsBitsAndDropsWhatDoesNotFit) {
     EXPECT_FALSE(out.bit(P(9, 5)));
 }
 
+TEST(Vocabulary, PutReachesFromOneWordIntoTheNext) {
+    PhysicalRecord<12> out;
+    put_big<4>(out, P(6), 0x11223344, "two bytes in each word");
+    Bytes stored(12);
+    out.store(stored.data());
+    EXPECT_EQ(support::hex(stored), "00 00 00 00 00 00 11 22 33 44 00 00");
+}
+
 TEST(Vocabulary, ARecordKeepsTheCallersBytesFromTheByteThatItIsTold) {
     Bytes caller = support::counting(20, 0x40);
     const auto kept_from = [&]<unsigned first>() {
