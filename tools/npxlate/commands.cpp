@@ -7,6 +7,7 @@ void add_commands(CLI::App& app) {
     add_batch(app);
     add_tables(app);
     add_registers(app);
+    add_atlas(app);
 }
 
 }  // namespace tool

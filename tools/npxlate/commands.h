@@ -12,6 +12,7 @@ void add_translate(CLI::App& app);  // key, result and reverse
 void add_batch(CLI::App& app);
 void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);
+void add_atlas(CLI::App& app);
 
 // All of them, in the order of the help.
 void add_commands(CLI::App& app);
