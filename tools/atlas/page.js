@@ -16,6 +16,8 @@ const MARKS = {
   cleared: ["·", "cleared"], left_alone: ["~", "left as it was"],
   steers: ["?", "only steers"], dropped: ["–", "not carried"],
 };
+// A translator of more tables than these is generic: it says little about any of them.
+const MANY = 4;
 const SIDES = { L: "logical", P: "physical" };
 
 function h(tag, attributes, ...children) {
@@ -27,6 +29,9 @@ function h(tag, attributes, ...children) {
   element.append(...children.flat().filter((child) => child !== null && child !== ""));
   return element;
 }
+
+// A name that may go on in the next line after each underscore.
+const breakable = (name) => name.split(/(?<=_)/).flatMap((part) => [part, h("wbr")]);
 
 // ---- Positions: bits are counted from bit 0 of byte 0 upwards; P5.7 is bit 7 of physical byte 5, P8-11 four bytes.
 
@@ -272,6 +277,8 @@ function markOf(what) {
   return what.kind === "constant" && "value" in what ? String(what.value) : MARKS[what.kind][0];
 }
 
+const steersToo = (what) => what.steers === true && what.kind !== "steers";
+
 function fillCells(side) {
   const bits = record(side);
   bits.forEach((what, bit) => {
@@ -279,9 +286,9 @@ function fillCells(side) {
     const left = bit % 8 < 7 ? bits[bit + 1] : null;
     const start = !left || left.kind !== what.kind || left.field !== what.field;
     const value = shown.pasted ? valueOf(side, bit) : null;
-    cell.className = `bit k-${what.kind}${start ? " start" : ""}${value === null ? "" : value ? " one" : " zero"}`;
+    cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " also" : ""}${value === null ? "" : value ? " one" : " zero"}`;
     cell.textContent = value ?? (start || what.kind === "constant" && side === outSide(shown.translator) ? markOf(what) : "");
-    const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${value === null ? "" : `, ${value}`}`;
+    const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${steersToo(what) ? ", steers, too" : ""}${value === null ? "" : `, ${value}`}`;
     cell.title = title;
     cell.setAttribute("aria-label", title);
   });
@@ -313,9 +320,9 @@ function drawRecord(side) {
   }
   fillCells(side);
   if (shown.cells[side][7]) shown.cells[side][7].tabIndex = 0;
-  const ruler = h("span", null, ...[7, 6, 5, 4, 3, 2, 1, 0].map((n) => h("i", { style: "font-style:normal" }, String(n))));
+  const ruler = h("span", null, ...[7, 6, 5, 4, 3, 2, 1, 0].map((n) => h("i", null, String(n))));
   return h("section", { class: "record" },
-    h("h2", null, goesIn ? `${SIDES[side][0].toUpperCase()}${SIDES[side].slice(1)} record` : `${SIDES[side][0].toUpperCase()}${SIDES[side].slice(1)} record`,
+    h("h2", null, `${SIDES[side][0].toUpperCase()}${SIDES[side].slice(1)} record`,
       h("span", null, `${goesIn ? "goes in" : "comes out"}, ${lengthText(lengths(shown.translator, side))}`)),
     h("div", { class: "ruler", "aria-hidden": "true" }, ...Array.from({ length: Math.min(8, Math.max(1, bits.length / 8)) }, () => ruler.cloneNode(true))),
     h("div", { class: "bytes", role: "grid", "aria-label": `${SIDES[side]} record`, "aria-readonly": "true" }, rows));
@@ -324,7 +331,8 @@ function drawRecord(side) {
 function legend() {
   const kinds = new Set([...shown.bits.into, ...shown.bits.out].map((bit) => bit.kind));
   return h("ul", { class: "legend", "aria-label": "Legend" }, Object.keys(MARKS).filter((kind) => kinds.has(kind)).map((kind) =>
-    h("li", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, kind === "constant" ? "1" : MARKS[kind][0]), MARKS[kind][1])));
+    h("li", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, MARKS[kind][0]), MARKS[kind][1])),
+    shown.bits.into.some(steersToo) ? h("li", null, h("i", { class: "bit also", "aria-hidden": "true" }), "steers, too") : null);
 }
 
 function positionTable() {
@@ -341,20 +349,19 @@ function positionTable() {
       h("td", null, h("i", { class: `bit k-${field.kind}`, "aria-hidden": "true" }, MARKS[field.kind][0]),
         field.kind === "constant" ? "constant" : field.text, field.title ? h("small", null, ` — ${field.title}`) : "")));
   }
-  const rest = (kind, text) => {
+  const lost = (kind, text) => {
     const which = bits.into.flatMap((bit, at) => (bit.kind === kind ? [at] : []));
     return which.length ? h("tr", null, h("td", null, ""), h("td", null, bitsName(from, which)), h("td", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, MARKS[kind][0]), text)) : null;
   };
-  return h("table", { class: "rows", onmouseleave: () => rest_() },
+  return h("table", { class: "rows", onmouseleave: rest },
     h("caption", null, "Position table"),
     h("thead", null, h("tr", null, h("th", null, "To"), h("th", null, "From"), h("th", null, "What happens"))),
-    h("tbody", null, rows, rest("steers", "only steers, not carried"), rest("dropped", "not carried")));
+    h("tbody", null, rows, lost("steers", "only steers, not carried"), lost("dropped", "not carried")));
 }
-const rest_ = () => rest();
 
 function related(translator) {
   const others = new Map();
-  for (const table of translator.tables.length > 4 ? [] : translator.tables) {
+  for (const table of translator.tables.length > MANY ? [] : translator.tables) {
     for (const other of data.translators) if (other !== translator && other.tables.includes(table)) others.set(other, table);
   }
   return h("p", { class: "related" }, [...others].map(([other, table]) =>
@@ -363,7 +370,7 @@ function related(translator) {
 
 function tablesText(tables) {
   if (tables.length === 0) return "by name only";
-  if (tables.length > 4) return `${tables.length} tables`;
+  if (tables.length > MANY) return `${tables.length} tables`;
   return `table${tables.length > 1 ? "s" : ""} ${tables.join(", ")}`;
 }
 
@@ -493,7 +500,7 @@ function drawVariant() {
 function drawTranslator(translator) {
   document.title = `${translator.name} – npxlate atlas`;
   main.replaceChildren(
-    h("h1", null, ...translator.name.split(/(?<=_)/).flatMap((part) => [part, h("wbr")])),
+    h("h1", null, breakable(translator.name)),
     h("p", { class: "facts" }, h("b", null, translator.role), `, ${tablesText(translator.tables)}: `,
       `${SIDES[inSide(translator)]} record of ${lengthText(lengths(translator, inSide(translator)))} → ${SIDES[outSide(translator)]} record of ${lengthText(lengths(translator, outSide(translator)))}`),
     ...(translator.notes.length ? [h("ul", { class: "notes" }, translator.notes.map((note) => h("li", null, note)))] : []),
@@ -510,7 +517,8 @@ function drawStart() {
   for (let table = 0; table < 128; ++table) {
     const cell = (role) => {
       const one = data.translators.find((translator) => translator.role === role && translator.tables.includes(table));
-      return h("td", null, one.tables.length > 4 ? h("small", null, h("a", { href: address(one) }, "generic")) : h("a", { href: address(one) }, one.name));
+      const generic = one.tables.length > MANY;
+      return h("td", null, h("a", { href: address(one), class: generic && "generic" }, generic ? "generic" : breakable(one.name)));
     };
     tables.push(h("tr", null, h("td", null, String(table)), cell("key"), cell("result"), cell("reverse")));
   }
@@ -528,7 +536,7 @@ function drawList() {
   const families = new Map();
   for (const translator of data.translators) {
     if (!families.has(translator.family)) families.set(translator.family, []);
-    const link = h("a", { href: address(translator) }, h("b", { style: "font-weight:inherit" }, translator.name), h("span", null, `${translator.role}${translator.tables.length && translator.tables.length <= 4 ? " " + translator.tables.join(",") : ""}`));
+    const link = h("a", { href: address(translator) }, h("b", null, breakable(translator.name)), h("span", null, `${translator.role}${translator.tables.length && translator.tables.length <= MANY ? " " + translator.tables.join(",") : ""}`));
     entries.push({ translator, link });
     families.get(translator.family).push(link);
   }
