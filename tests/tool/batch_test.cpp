@@ -286,6 +286,23 @@ TEST(Raw, TranslatesRecordsOfOtherSizes) {
     EXPECT_EQ(run({"batch", "--raw", "key:17"}).out, "");
 }
 
+// What a translator leaves unwritten is 0, whatever stood there in the block before.
+TEST(Raw, StartsEveryBlockFromZeros) {
+    const catalogue::Translator& translator = *catalogue::find("rx_adjacency_type_logical_xlate_result");
+    std::string records;
+    for (std::uint64_t seed = 0; seed < 40000; ++seed) {
+        const std::size_t variant = seed < 20000 ? 0 : translator.variants.size() - 1;
+        const Bytes record = catalogue::example(translator, translator.variants[variant], seed);
+        records.append(record.begin(), record.end());
+    }
+    const std::string raw = "reverse:" + std::string{translator.name};
+    const std::string last = records.substr(records.size() - 16);
+    const std::string alone = run({"batch", "--raw", raw}, {.input = last}).out;
+    const std::string all = run({"batch", "--raw", raw}, {.input = records}).out;
+    ASSERT_EQ(all.size(), 40000U * 30);
+    EXPECT_EQ(all.substr(all.size() - 30), alone);
+}
+
 TEST(Raw, ReportsAPartialRecord) {
     const Outcome outcome = run({"batch", "--raw", "key:121"}, {.input = "abcdefghij"});
     EXPECT_EQ(outcome.out, "dcbahgfe");
@@ -338,6 +355,20 @@ TEST(Batch, IsRefusedForWrongOptions) {
         EXPECT_EQ(outcome.status, 2);
     }
     EXPECT_EQ(file.content(), "{}");
+}
+
+TEST(Batch, ShowsItsProgressOnATerminal) {
+    std::string lines;
+    for (unsigned i = 0; i < 400000; ++i) {
+        lines += "{\"table\":121,\"key\":\"01020304\"}\n";
+    }
+    const File file{lines};
+    const std::string shown = run({"batch", file.path()}, {.err_is_terminal = true}).err;
+    EXPECT_NE(shown.find("%  "), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" entries"), std::string::npos) << shown;
+    EXPECT_TRUE(shown.ends_with("\r\x1b[K")) << "the line is not cleared at the end";
+    EXPECT_EQ(run({"batch", "--quiet", file.path()}, {.err_is_terminal = true}).err, "");
+    EXPECT_EQ(run({"batch", file.path()}).err, "");
 }
 
 }  // namespace

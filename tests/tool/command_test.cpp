@@ -379,4 +379,15 @@ TEST(Output, HasNoColourOffATerminal) {
     EXPECT_EQ(run({"tables", "--bad"}, terminal_like).err.find('\x1b'), std::string::npos);
 }
 
+TEST(Output, HasColourOnATerminalUnlessNotWanted) {
+    const auto shown = [](const Words& environment) {
+        return run({"key", "128", "00"}, {.err_is_terminal = true, .environment = environment}).err;
+    };
+    const std::string plain = "npxlate: error: there is no table 128: expected a table id from 0 to 127\r\n";
+    EXPECT_NE(shown({}).find("\x1b["), std::string::npos);
+    EXPECT_EQ(std::regex_replace(shown({}), std::regex{"\x1b\\[[0-9;]*m"}, ""), plain);
+    EXPECT_EQ(shown({"NO_COLOR=1"}), plain);
+    EXPECT_NE(shown({"NO_COLOR="}), plain);
+}
+
 }  // namespace

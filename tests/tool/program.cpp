@@ -2,16 +2,64 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 
 namespace program {
+
+namespace {
+
+// A terminal, and what appears on it.
+class Terminal {
+public:
+    Terminal() {
+        if (::openpty(&screen_, &line_, nullptr, nullptr, nullptr) != 0) {
+            throw std::runtime_error{"no terminal"};
+        }
+        ::fcntl(screen_, F_SETFD, FD_CLOEXEC);
+        ::fcntl(line_, F_SETFD, FD_CLOEXEC);
+        reader_ = std::thread{[this] {
+            std::array<char, 4096> block{};
+            for (ssize_t count = 0; (count = ::read(screen_, block.data(), block.size())) > 0;) {
+                shown_.append(block.data(), static_cast<std::size_t>(count));
+            }
+        }};
+    }
+    ~Terminal() {
+        shown();
+        ::close(screen_);
+    }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    int line() const { return line_; }
+
+    // All of it, once the program has ended.
+    const std::string& shown() {
+        if (reader_.joinable()) {
+            ::close(line_);
+            reader_.join();
+        }
+        return shown_;
+    }
+
+private:
+    int screen_ = -1;
+    int line_ = -1;
+    std::string shown_;
+    std::thread reader_;
+};
+
+}  // namespace
 
 Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     const File in{setting.input};
@@ -31,7 +79,13 @@ Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     } else {
         posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out_path.c_str(), O_WRONLY, 0);
     }
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.path().c_str(), O_WRONLY, 0);
+    std::optional<Terminal> terminal;
+    if (setting.err_is_terminal) {
+        terminal.emplace();
+        posix_spawn_file_actions_adddup2(&actions, terminal->line(), STDERR_FILENO);
+    } else {
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.path().c_str(), O_WRONLY, 0);
+    }
 
     std::vector<std::string> words{NPXLATE_TOOL_PATH};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -56,7 +110,8 @@ Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     }
     int status = 0;
     ::waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.content(), err.content()};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.content(),
+            terminal ? terminal->shown() : err.content()};
 }
 
 File::File(const std::string& content) : path_{testing::TempDir() + "npxlate_XXXXXX"} {

@@ -16,6 +16,7 @@ struct Setting {
     std::string input{};                     // on standard input
     std::string out{};                       // standard output goes to this file; to Outcome::out if empty
     bool out_closed = false;                 // standard output is a pipe that nobody reads any more
+    bool err_is_terminal = false;            // standard error is a terminal; what appears on it is Outcome::err
     std::vector<std::string> environment{};  // NAME=VALUE
 };
 

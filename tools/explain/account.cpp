@@ -7,8 +7,6 @@
 namespace explain {
 namespace {
 
-bool bit_of(const Bytes& bytes, std::size_t bit) { return (bytes[bit / 8] >> (bit % 8) & 1) != 0; }
-
 std::string variant_name(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument) {
     const bool takes_argument =
         translator.has(catalogue::Trait::takes_type) || translator.has(catalogue::Trait::takes_key);
@@ -76,8 +74,7 @@ void probe(Account& account, const Run& base, const Trace& base_trace) {
     }
     for (OutBit& bit : account.out_bits) {
         std::ranges::sort(bit.from);
-        const auto repeated = std::ranges::unique(bit.from);
-        bit.from.erase(repeated.begin(), repeated.end());
+        bit.from.erase(std::unique(bit.from.begin(), bit.from.end()), bit.from.end());
     }
 }
 

@@ -55,7 +55,7 @@ std::string text_of(Kind kind) {
         case Kind::inverted:
             return "inverted";
         case Kind::label:
-            return "20-bit label, high bits first in the physical record";
+            return "20 bits of a label, high bits first in P";
         case Kind::shifted:
             return "shifted right by one, the lowest bit ORed into bit 20";
         case Kind::cleared:
@@ -236,28 +236,6 @@ Field piece(const std::vector<std::uint16_t>& to, const Label& label, const std:
 
 }  // namespace
 
-std::vector<Span> spans_of(const std::set<std::uint16_t>& bits) {
-    std::vector<Span> spans;
-    for (const std::uint16_t bit : bits) {
-        if (!spans.empty() && spans.back().first_bit + spans.back().width == bit) {
-            ++spans.back().width;
-        } else {
-            spans.push_back({bit, 1});
-        }
-    }
-    return spans;
-}
-
-std::set<std::uint16_t> bits_of(const std::vector<Span>& spans) {
-    std::set<std::uint16_t> bits;
-    for (const Span span : spans) {
-        for (unsigned k = 0; k < span.width; ++k) {
-            bits.insert(static_cast<std::uint16_t>(span.first_bit + k));
-        }
-    }
-    return bits;
-}
-
 std::vector<Part> parts_of(const Act& act) {
     const Event& event = act.event;
     std::vector<Part> parts;
@@ -283,7 +261,7 @@ std::vector<Part> parts_of(const Act& act) {
     }
     std::erase_if(parts, [](const Part& part) { return part.bits.empty(); });
     // What is ORed in comes last, as it does when a layout is placed.
-    std::ranges::stable_partition(parts, [](const Part& part) { return !part.combines; });
+    std::stable_partition(parts.begin(), parts.end(), [](const Part& part) { return !part.combines; });
     return parts;
 }
 

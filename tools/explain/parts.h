@@ -3,8 +3,8 @@
 
 #include <deque>
 #include <map>
-#include <set>
 
+#include "explain/positions.h"
 #include "explain/run.h"
 
 namespace explain {
@@ -53,10 +53,6 @@ private:
 // partly overwritten the rest is described bit by bit.
 std::vector<Field> fields_of(const std::vector<Label>& labels, const std::vector<OutBit>& bits);
 Field field_of(const Part& part);
-
-// Neighbouring bits as spans.
-std::vector<Span> spans_of(const std::set<std::uint16_t>& bits);
-std::set<std::uint16_t> bits_of(const std::vector<Span>& spans);
 
 // Changes of the record that goes in.
 std::vector<InputChange> input_changes(const std::vector<Act>& acts);

@@ -5,6 +5,10 @@ namespace tool {
 void add_commands(CLI::App& app) {
     add_translate(app);
     add_batch(app);
+    add_explain(app);
+    add_roundtrip(app);
+    add_diff(app);
+    add_layout(app);
     add_tables(app);
     add_registers(app);
     add_atlas(app);

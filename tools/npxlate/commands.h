@@ -10,6 +10,10 @@ namespace tool {
 
 void add_translate(CLI::App& app);  // key, result and reverse
 void add_batch(CLI::App& app);
+void add_explain(CLI::App& app);
+void add_roundtrip(CLI::App& app);
+void add_diff(CLI::App& app);
+void add_layout(CLI::App& app);
 void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);
 void add_atlas(CLI::App& app);

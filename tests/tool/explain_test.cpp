@@ -1,0 +1,210 @@
+// The commands that explain: the built tool, run as its users run it, and what draws for them.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "npxlate/drawing.h"
+#include "tool/program.h"
+
+namespace {
+
+using nlohmann::json;
+using program::Outcome;
+using program::run;
+
+using Words = std::vector<std::string>;
+
+Outcome expect_done(const Words& arguments) {
+    Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+    return outcome;
+}
+
+void expect_error(const Words& arguments, int status, const std::string& message) {
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.err, "npxlate: error: " + message + "\n");
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.status, status);
+}
+
+// Displayed columns: a continuation byte of UTF-8 takes none.
+std::size_t widest_line(const std::string& text) {
+    std::istringstream lines{text};
+    std::size_t widest = 0;
+    for (std::string line; std::getline(lines, line);) {
+        const auto columns =
+            std::ranges::count_if(line, [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; });
+        widest = std::max(widest, static_cast<std::size_t>(columns));
+    }
+    return widest;
+}
+
+std::string bytes(std::size_t count, const std::string& front) {
+    std::string text = front;
+    text.resize(2 * count, '0');
+    return text;
+}
+
+TEST(Explain, DrawsARecord) {
+    // Table 17's key: L0-5 turned round, then L6-7.
+    EXPECT_EQ(expect_done({"explain", "17", "--role", "key", "0102030405060708"}).out,
+              "vrrp_vmac_st_xlate_key, key of table 17\n");
+}
+
+TEST(Explain, SaysTheSameAsJson) {
+    // Variant A with L2.0: P8-11 is L24-27 turned round, P13-15 is L12-14.
+    const json explained = json::parse(expect_done({"explain", "4", "--json", bytes(30, "200001")}).out);
+    EXPECT_EQ(explained["translator"], "rx_adjacency_type_xlate_result");
+    EXPECT_EQ(explained["role"], "result");
+    EXPECT_EQ(explained["tables"], json::parse("[4]"));
+    EXPECT_EQ(explained["variant"], "A, 24 bits");
+    EXPECT_EQ(explained["status_name"], "NPXLATE_OK");
+    EXPECT_EQ(explained["length"], 16);
+    EXPECT_EQ(explained["decides"], json::parse(R"(["L0.5", "L2.0"])"));
+    EXPECT_EQ(explained["steered"], json::array());
+    const auto field = std::ranges::find_if(explained["fields"],
+                                            [](const json& one) { return one["to"] == json::parse(R"(["P8-11"])"); });
+    ASSERT_NE(field, explained["fields"].end());
+    EXPECT_EQ((*field)["from"], json::parse(R"(["L24-27"])"));
+    EXPECT_EQ((*field)["kind"], "reversed");
+    EXPECT_EQ((*field)["layout"], "every record");
+    EXPECT_EQ(explained["bits"]["P3.7"], json::parse(R"({"value": 1, "kind": "copied", "from": ["L0.5"]})"));
+    EXPECT_EQ(explained["bits"]["P12.0"], json::parse(R"({"value": 0, "kind": "cleared", "from": []})"));
+    EXPECT_EQ(explained["bits"].size(), 8U * 16U);
+}
+
+TEST(Explain, ShowsWhatARejectedRecordLeft) {
+    // L1.4 with L0.0: not supported.
+    const std::string out = expect_done({"explain", "12", bytes(36, "0110")}).out;
+    EXPECT_NE(out.find("NPXLATE_NOT_SUPPORTED: the record is rejected; what was written before is shown"),
+              std::string::npos);
+    EXPECT_NE(out.find("P1.3"), std::string::npos);
+    const json explained = json::parse(expect_done({"explain", "12", "--json", bytes(36, "0110")}).out);
+    EXPECT_EQ(explained["status"], 95);
+    EXPECT_EQ(explained["length"], nullptr);
+}
+
+TEST(Explain, TakesTheFourthArgument) {
+    const json explained =
+        json::parse(expect_done({"explain", "52", "--role", "reverse", "--type", "3", "--json", bytes(32, "")}).out);
+    EXPECT_EQ(explained["variant"], "type 3");
+    EXPECT_EQ(explained["out"], bytes(48, "03000000"));
+    expect_error({"explain", "52", "--role", "reverse", bytes(32, "")}, 2,
+                 "ipmc_encap_logical_res_xlate needs the type of the entry: expected --type N");
+}
+
+TEST(Explain, FitsIntoEightyColumns) {
+    for (const char* const table : {"4", "5", "12", "28", "52"}) {
+        const std::string out = run({"layout", table}).out;
+        EXPECT_LE(widest_line(out), 80U) << table;
+    }
+    EXPECT_LE(widest_line(expect_done({"explain", "5", bytes(90, "ffff")}).out), 80U);
+}
+
+TEST(Explain, SaysWhatItExpects) {
+    expect_error({"explain", "4", "0102"}, 2, "");
+    expect_error({"explain", "rx_adjacency_type_xlate_key", "--role", "result", "010203"}, 2,
+                 "rx_adjacency_type_xlate_key is a key translator: expected a result translator");
+    expect_error({"layout", "128"}, 2, "there is no table 128: expected a table id from 0 to 127");
+    expect_error({"diff", "generic_xlate_key", "01", "0102"}, 2,
+                 "the records have 1 and 2 bytes: expected two of the same length");
+    expect_error({"diff", "generic_xlate_key", "01", "0x"}, 2, "");
+}
+
+TEST(Roundtrip, ListsWhatCameBack) {
+    // Variant A, 24 bits; L1.3 and L15 have no way back, and nothing is swapped back.
+    EXPECT_EQ(expect_done({"roundtrip", "4", "200801000000000000000000010203aa0405000000060700000000000000"}).out,
+              "rx_adjacency_type_xlate_result, back through rx_adjacency_type_logical_xlate_result\n");
+}
+
+TEST(Roundtrip, SaysTheSameAsJson) {
+    const json trip = json::parse(expect_done({"roundtrip", "121", "--json", "000203"}).out);
+    EXPECT_EQ(trip["forward"]["out"], "11000203");
+    EXPECT_EQ(trip["reverse"]["out"], "11000203");
+    EXPECT_EQ(trip["fields"][0],
+              json::parse(R"({"at": ["L0.0"], "kind": "invented", "from": [], "was": "0", "is": "1"})"));
+    EXPECT_EQ(trip["fields"][2]["kind"], "moved");
+    EXPECT_EQ(trip["fields"][2]["from"], json::parse(R"(["L0-2"])"));
+}
+
+TEST(Roundtrip, EndsWithARejectedRecord) {
+    const Outcome outcome = run({"roundtrip", "12", bytes(36, "0110")});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find("NPXLATE_NOT_SUPPORTED"), std::string::npos);
+    expect_error({"roundtrip", "qos_str_xlate_result", bytes(36, "")}, 2,
+                 "qos_str_xlate_result stands in no table, so that nothing leads back: expected a table id or a "
+                 "translator that stands in a table");
+}
+
+TEST(Diff, NamesBothSides) {
+    EXPECT_EQ(expect_done({"diff", "17", "--role", "key", "0102030405060708", "0102030405ff0709"}).out, "");
+    EXPECT_EQ(expect_done({"diff", "17", "--role", "key", "0102030405060708", "0102030405060708"}).out, "");
+}
+
+TEST(Diff, SaysTheSameAsJson) {
+    const json difference = json::parse(expect_done({"diff", "4", "--json", bytes(30, "20"), bytes(30, "40")}).out);
+    EXPECT_EQ(difference["same_way"], false);
+    EXPECT_EQ(difference["first"]["variant"], "A, 32 bits");
+    EXPECT_EQ(difference["second"]["variant"], "B");
+    EXPECT_EQ(difference["differences_in"][0], json::parse(R"({"at": ["L0.5"], "first": "1", "second": "0",
+        "fate": "carried", "decides": true, "shows_at": ["P3.7"]})"));
+    EXPECT_EQ(difference["differences_out"],
+              json::parse(R"([{"at": ["P3.7"], "first": "1", "second": "0", "from": ["L0.5"]}])"));
+}
+
+TEST(Layout, ListsRowsVariantByVariant) {
+    EXPECT_EQ(expect_done({"layout", "17", "--role", "key"}).out, "");
+    // Every translator has one.
+    const json tables = json::parse(run({"tables", "--json"}).out);
+    EXPECT_EQ(expect_done({"layout", "generic_xlate_result"}).out, "");
+}
+
+TEST(Layout, SaysTheSameAsJson) {
+    const json layout = json::parse(expect_done({"layout", "4", "--json"}).out);
+    EXPECT_EQ(layout["variants"].size(), 10U);
+    const json& first = layout["variants"][0];
+    EXPECT_EQ(first["variant"], "A, 24 bits");
+    EXPECT_EQ(first["holds"], "L0.5=1 L2.0=1");
+    ASSERT_EQ(first["sections"].size(), 3U);
+    EXPECT_EQ(first["sections"][2]["layout"], "variant A with L2.0 set");
+    EXPECT_EQ(first["sections"][2]["rows"], json::parse(R"([{"to": ["P13-15"], "kind": "reversed",
+        "from": ["L12-14"], "text": "bytes reversed", "layout": "variant A with L2.0 set"}])"));
+}
+
+constexpr fmt::terminal_color green = fmt::terminal_color::green;
+
+TEST(Drawing, OfATerminalHasBoxesAndColours) {
+    const tool::Mark kinds[] = {{'a', fmt::fg(green), "one kind"}, {'b', {}, "another"}};
+    const std::uint8_t record[] = {0x81};
+    const std::size_t marks[] = {0, 1, 1, 1, 1, 1, 1, 1};
+    const std::string plain = tool::grid('P', record, marks, kinds, {});
+    EXPECT_EQ(plain,
+              "     +--------+\n"
+              "P0   |10000001|\n"
+              "     |bbbbbbba|\n"
+              "     +--------+\n");
+    const std::string boxed = tool::grid('P', record, marks, kinds, {.box = true, .colour = false});
+    EXPECT_NE(boxed.find("\u2502bbbbbbba\u2502"), std::string::npos);
+    EXPECT_EQ(boxed.find('\x1b'), std::string::npos);
+    const std::string coloured = tool::grid('P', record, marks, kinds, {.box = true, .colour = true});
+    EXPECT_NE(coloured.find("\x1b[32ma"), std::string::npos);
+    EXPECT_EQ(tool::legend(marks, kinds, {}), "     a one kind  b another\n");
+    EXPECT_EQ(widest_line(tool::grid('L', std::vector<std::uint8_t>(168), std::vector<std::size_t>(8 * 168), kinds,
+                                     {.box = true, .colour = false})),
+              78U);
+}
+
+TEST(Drawing, BreaksLinesBetweenWords) {
+    constexpr std::size_t columns[] = {4, 70};
+    EXPECT_EQ(tool::line(columns, {"ab", "cd", "some words"}),
+              "ab  cd" + std::string(68, ' ') + "some\n" + std::string(74, ' ') + "words\n");
+    EXPECT_EQ(tool::line(columns, {"abcdef", "cd", "w"}), "abcdef\n    cd" + std::string(68, ' ') + "w\n");
+}
+
+}  // namespace

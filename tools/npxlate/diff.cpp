@@ -1,0 +1,158 @@
+// npxlate diff: two records of the same kind.
+
+#include <algorithm>
+#include <memory>
+
+#include <fmt/format.h>
+#include <CLI/App.hpp>
+
+#include "explain/comparison.h"
+#include "explain/positions.h"
+#include "npxlate/commands.h"
+#include "npxlate/drawing.h"
+#include "npxlate/error.h"
+#include "npxlate/hex.h"
+#include "npxlate/subject.h"
+#include "npxlate/translation.h"
+
+namespace tool {
+namespace {
+
+using catalogue::Translator;
+using explain::Account;
+using explain::Comparison;
+using explain::Difference;
+using explain::Fate;
+
+struct Options {
+    SubjectOptions subject;
+    std::string first;
+    std::string second;
+    ArgumentOptions argument;
+    TxAdjKeyMaxOption tx_adj_key_max;
+    bool json = false;
+};
+
+std::string change(const Bytes& first, const Bytes& second, const Difference& difference) {
+    return explain::value_at(first, difference.at) + " -> " + explain::value_at(second, difference.at);
+}
+
+std::string way(const Account& account) {
+    return fmt::format("{}{}", status_name(account.status),
+                       account.variant.empty() ? "" : fmt::format(", variant {}", account.variant));
+}
+
+Json to_json(const Comparison& comparison) {
+    const Translator& translator = *comparison.first.translator;
+    const char in = explain::in_letter(translator);
+    const char out = explain::out_letter(translator);
+    const auto record = [](const Account& account) {
+        return Json{{"in", to_hex(account.in)},
+                    {"out", to_hex(account.out)},
+                    {"status", account.status},
+                    {"variant", account.variant.empty() ? Json(nullptr) : Json(account.variant)},
+                    {"layouts", account.titles}};
+    };
+    Json json = translator_json(translator);
+    json["first"] = record(comparison.first);
+    json["second"] = record(comparison.second);
+    json["same_way"] = comparison.same_way;
+    Json differences_in = Json::array();
+    for (const Difference& one : comparison.in) {
+        differences_in.push_back({{"at", positions_json(in, one.at)},
+                                  {"first", explain::value_at(comparison.first.in, one.at)},
+                                  {"second", explain::value_at(comparison.second.in, one.at)},
+                                  {"fate", to_string(one.fate)},
+                                  {"decides", one.decides},
+                                  {"shows_at", positions_json(out, one.other_side)}});
+    }
+    json["differences_in"] = std::move(differences_in);
+    Json differences_out = Json::array();
+    for (const Difference& one : comparison.out) {
+        differences_out.push_back({{"at", positions_json(out, one.at)},
+                                   {"first", explain::value_at(comparison.first.out, one.at)},
+                                   {"second", explain::value_at(comparison.second.out, one.at)},
+                                   {"from", positions_json(in, one.other_side)}});
+    }
+    json["differences_out"] = std::move(differences_out);
+    return json;
+}
+
+std::string to_text(const Comparison& comparison, Style style) {
+    const Translator& translator = *comparison.first.translator;
+    const char in = explain::in_letter(translator);
+    const char out = explain::out_letter(translator);
+    constexpr std::size_t columns[] = {18, 28};
+    std::string text = heading(describe(translator), style);
+    if (comparison.same_way) {
+        text += fmt::format("both: {}\n", way(comparison.first));
+    } else {
+        text += fmt::format("first: {}\nsecond: {}\n", way(comparison.first), way(comparison.second));
+    }
+    if (comparison.in.empty()) {
+        return text + "The records are the same.\n";
+    }
+    text += "\n" + heading("Differences of the records that go in", style);
+    for (const Difference& one : comparison.in) {
+        std::string shows;
+        if (!one.other_side.empty()) {
+            shows = "shows at " + explain::position_list(out, one.other_side);
+        } else if (!one.decides) {
+            shows = one.fate == Fate::dropped ? "dropped" : "does not show";
+        }
+        if (one.decides) {
+            shows += shows.empty() ? "decides" : "; decides";
+        }
+        text += line(columns, {explain::position_list(in, one.at),
+                               change(comparison.first.in, comparison.second.in, one), shows});
+    }
+    text += "\n" + heading("Differences of the records that come out", style);
+    if (comparison.out.empty()) {
+        text += "None.\n";
+    }
+    for (const Difference& one : comparison.out) {
+        text += line(columns,
+                     {explain::position_list(out, one.at), change(comparison.first.out, comparison.second.out, one),
+                      one.other_side.empty() ? "by the choice of layouts"
+                                             : "from " + explain::position_list(in, one.other_side)});
+    }
+    return text;
+}
+
+void run(const Options& options) {
+    const Translator& translator = options.subject.find();
+    const FourthArgument argument = options.argument.read();
+    check_argument(translator, argument, "--type", "--key");
+    options.tx_adj_key_max.apply();
+    const Bytes first = parse_hex(options.first);
+    const Bytes second = parse_hex(options.second);
+    check_length(translator, first.size());
+    check_length(translator, second.size());
+    if (first.size() != second.size()) {
+        throw WrongInput{fmt::format("the records have {} and {} bytes: expected two of the same length", first.size(),
+                                     second.size())};
+    }
+    const Comparison comparison = explain::compare(translator, first, second, engine_argument(argument));
+    if (options.json) {
+        print_json(to_json(comparison));
+    } else {
+        print(to_text(comparison, style_of_stdout()));
+    }
+}
+
+}  // namespace
+
+void add_diff(CLI::App& app) {
+    CLI::App* const command = app.add_subcommand("diff", "Compare two records, before and after translation");
+    command->footer("Example: npxlate diff 8 --role key 00000000010000 00000000020000");
+    const auto options = std::make_shared<Options>();
+    options->subject.add_to(*command);
+    command->add_option("FIRST", options->first, "One record, as hex")->required();
+    command->add_option("SECOND", options->second, "The other record, as hex")->required();
+    options->argument.add_to(*command, "--key");
+    options->tx_adj_key_max.add_to(*command);
+    command->add_flag("--json", options->json, "The same as JSON");
+    command->callback([options] { run(*options); });
+}
+
+}  // namespace tool

@@ -1,0 +1,42 @@
+// Records drawn for people: a grid of bytes and bits, and lines under it, 80 columns wide.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fmt/color.h>
+
+namespace tool {
+
+// How standard output wants it: box drawing on a terminal, colours unless NO_COLOR is set.
+struct Style {
+    bool box = false;
+    bool colour = false;
+};
+Style style_of_stdout();
+
+// A kind of bit: its letter under the bit, its colour and what it means.
+struct Mark {
+    char letter;
+    fmt::text_style colour;
+    const char* meaning;
+};
+
+// The bytes, eight a row, each with its bits from 7 down to 0 and a mark under every bit. `marks` holds one index into
+// `kinds` for each bit of the record, counted from bit 0 of byte 0 upwards.
+std::string grid(char letter, std::span<const std::uint8_t> bytes, std::span<const std::size_t> marks,
+                 std::span<const Mark> kinds, Style style);
+
+// The marks that occur, with their meanings.
+std::string legend(std::span<const std::size_t> marks, std::span<const Mark> kinds, Style style);
+
+// The cells in columns of these widths, the last cell broken between words at 80 columns. A cell that is too long moves
+// what follows it to the next line.
+std::string line(std::span<const std::size_t> widths, const std::vector<std::string>& cells);
+
+std::string heading(std::string_view text, Style style);
+
+}  // namespace tool

@@ -1,0 +1,181 @@
+// npxlate roundtrip: what comes back of a logical result.
+
+#include <algorithm>
+#include <memory>
+
+#include <fmt/format.h>
+#include <CLI/App.hpp>
+
+#include "explain/comparison.h"
+#include "explain/positions.h"
+#include "npxlate/commands.h"
+#include "npxlate/drawing.h"
+#include "npxlate/error.h"
+#include "npxlate/input.h"
+#include "npxlate/lookup.h"
+#include "npxlate/subject.h"
+#include "npxlate/translation.h"
+
+namespace tool {
+namespace {
+
+using catalogue::Role;
+using catalogue::Trait;
+using catalogue::Translator;
+using explain::Account;
+using explain::Returned;
+using explain::RoundTrip;
+
+struct Options {
+    std::string table;
+    RecordSource source;
+    ArgumentOptions argument;
+    TxAdjKeyMaxOption tx_adj_key_max;
+    bool json = false;
+};
+
+std::string in_words(const RoundTrip& trip, const Returned& returned) {
+    const std::string at = explain::position_list('L', returned.at);
+    const std::string from = explain::position_list('L', returned.from);
+    const std::string was = explain::value_at(trip.forward.in, returned.at);
+    const std::string is = explain::value_at(trip.reverse->out, returned.at);
+    std::string what;
+    switch (returned.kind) {
+        case Returned::restored:
+            what = "restored";
+            break;
+        case Returned::byte_reversed:
+            what = fmt::format("byte-reversed ({} became {})", was, is);
+            break;
+        case Returned::moved:
+            what = fmt::format("moved from {}{}", from, returned.reversed ? ", byte-reversed" : "");
+            break;
+        case Returned::inverted:
+            what = fmt::format("inverted from {}", from);
+            break;
+        case Returned::computed:
+            what = fmt::format("computed from {} (was {}, is {}): {}", from, was, is, returned.text);
+            break;
+        case Returned::lost:
+            what = fmt::format("lost (was {})", was);
+            break;
+        case Returned::invented:
+            what = fmt::format("invented (is {})", is);
+            break;
+    }
+    // What does not fit goes on under the first word after the position.
+    const std::size_t columns[] = {at.size() + 1};
+    return line(columns, {at, what});
+}
+
+Json to_json(const RoundTrip& trip) {
+    const auto step = [](const Account& account) {
+        Json json = translator_json(*account.translator);
+        json["status"] = account.status;
+        json["status_name"] = status_name(account.status);
+        json["in"] = to_hex(account.in);
+        json["out"] = to_hex(account.out);
+        return json;
+    };
+    Json json;
+    json["forward"] = step(trip.forward);
+    json["reverse"] = trip.reverse ? step(*trip.reverse) : Json(nullptr);
+    Json differences = Json::array();
+    for (const Returned& returned : trip.returned) {
+        Json one{{"at", positions_json('L', returned.at)},
+                 {"kind", to_string(returned.kind)},
+                 {"from", positions_json('L', returned.from)},
+                 {"was", explain::value_at(trip.forward.in, returned.at)},
+                 {"is", explain::value_at(trip.reverse->out, returned.at)}};
+        if (returned.reversed) {
+            one["bytes_reversed"] = true;
+        }
+        if (!returned.text.empty()) {
+            one["text"] = returned.text;
+        }
+        differences.push_back(std::move(one));
+    }
+    json["fields"] = std::move(differences);
+    return json;
+}
+
+std::string to_text(const RoundTrip& trip, Style style) {
+    constexpr std::size_t columns[] = {10};
+    std::string text = heading(
+        fmt::format("{}, back through {}", trip.forward.translator->name, trip.reverse->translator->name), style);
+    const auto hex = [&](const char* name, const Bytes& record) {
+        // In groups, so that the line can be broken.
+        std::string groups;
+        for (std::size_t i = 0; i < record.size(); ++i) {
+            groups += (i != 0 && i % 4 == 0 ? " " : "") + fmt::format("{:02x}", record[i]);
+        }
+        return line(columns, {name, groups});
+    };
+    text += hex("logical", trip.forward.in) + hex("physical", trip.forward.out) + hex("and back", trip.reverse->out);
+    text += "\n";
+    for (const Returned& returned : trip.returned) {
+        text += in_words(trip, returned);
+    }
+    return text;
+}
+
+void reject(const Account& account) {
+    const Reply reply{.status = account.status, .length = account.length, .size = 0, .translated = false};
+    throw NotDone{rejection(*account.translator, reply)};
+}
+
+void run(const Options& options) {
+    const Translator* forward = nullptr;
+    const Translator* reverse = nullptr;
+    const auto table = parse_number(options.table, NPXLATE_TABLE_COUNT - 1);
+    if (table) {
+        forward = &catalogue::of_table(static_cast<unsigned>(*table), Role::result);
+    } else {
+        forward = &find_translator(options.table, Role::result);
+    }
+    const std::vector<unsigned> tables = catalogue::tables_of(*forward);
+    if (tables.empty()) {
+        throw WrongInput{
+            fmt::format("{} stands in no table, so that nothing leads back: expected a table id or a "
+                        "translator that stands in a table",
+                        forward->name)};
+    }
+    reverse = &catalogue::of_table(table ? static_cast<unsigned>(*table) : tables.front(), Role::reverse);
+    const FourthArgument argument = options.argument.read();
+    check_argument(*reverse, argument, "--type", "--key");
+    options.tx_adj_key_max.apply();
+    const Bytes record = read_record(options.source);
+    check_length(*forward, record.size());
+
+    const RoundTrip trip = explain::round_trip(*forward, *reverse, record, engine_argument(argument));
+    if (options.json) {
+        print_json(to_json(trip));
+    }
+    if (trip.forward.status != NPXLATE_OK ||
+        (trip.forward.translator->has(Trait::hides_failures) && !trip.forward.length)) {
+        reject(trip.forward);
+    }
+    if (trip.reverse->status != NPXLATE_OK) {
+        reject(*trip.reverse);
+    }
+    if (!options.json) {
+        print(to_text(trip, style_of_stdout()));
+    }
+}
+
+}  // namespace
+
+void add_roundtrip(CLI::App& app) {
+    CLI::App* const command =
+        app.add_subcommand("roundtrip", "Translate a logical result and back, and list what changed");
+    command->footer("Example: npxlate roundtrip 121 01 02 03");
+    const auto options = std::make_shared<Options>();
+    command->add_option("TABLE_OR_NAME", options->table, table_or_name_help)->required();
+    add_record_source(*command, options->source);
+    options->argument.add_to(*command, "--key");
+    options->tx_adj_key_max.add_to(*command);
+    command->add_flag("--json", options->json, "The same as JSON");
+    command->callback([options] { run(*options); });
+}
+
+}  // namespace tool

@@ -1,0 +1,41 @@
+// What the commands that explain are asked about: a translator in whatever role, and its fourth argument.
+#pragma once
+
+#include <string>
+
+#include <CLI/App.hpp>
+
+#include "explain/explain.h"
+#include "npxlate/options.h"
+#include "npxlate/output.h"
+
+namespace tool {
+
+class SubjectOptions {
+public:
+    // TABLE_OR_NAME and --role.
+    void add_to(CLI::App& command);
+    // Throws WrongInput.
+    const catalogue::Translator& find() const;
+
+private:
+    std::string table_or_name_;
+    std::string role_;
+};
+
+// What the engine takes for the fourth argument: the type, or the byte of the key that decides.
+std::uint32_t engine_argument(const FourthArgument& argument);
+
+// "rx_adjacency_type_xlate_result, the result of table 4"
+std::string describe(const catalogue::Translator& translator);
+
+// Name, role and tables.
+Json translator_json(const catalogue::Translator& translator);
+
+// What is moved, computed or constant, and where: as the commands' JSON has it, and in words.
+Json field_json(const catalogue::Translator& translator, const explain::Field& field);
+std::string describe(const catalogue::Translator& translator, const explain::Field& field);
+
+Json positions_json(char letter, const std::vector<explain::Span>& spans);
+
+}  // namespace tool
