@@ -286,7 +286,7 @@ function fillCells(side) {
     const left = bit % 8 < 7 ? bits[bit + 1] : null;
     const start = !left || left.kind !== what.kind || left.field !== what.field;
     const value = shown.pasted ? valueOf(side, bit) : null;
-    cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " also" : ""}${value === null ? "" : value ? " one" : " zero"}`;
+    cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " too" : ""}${value === null ? "" : value ? " one" : " zero"}`;
     cell.textContent = value ?? (start || what.kind === "constant" && side === outSide(shown.translator) ? markOf(what) : "");
     const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${steersToo(what) ? ", steers, too" : ""}${value === null ? "" : `, ${value}`}`;
     cell.title = title;
@@ -332,7 +332,7 @@ function legend() {
   const kinds = new Set([...shown.bits.into, ...shown.bits.out].map((bit) => bit.kind));
   return h("ul", { class: "legend", "aria-label": "Legend" }, Object.keys(MARKS).filter((kind) => kinds.has(kind)).map((kind) =>
     h("li", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, MARKS[kind][0]), MARKS[kind][1])),
-    shown.bits.into.some(steersToo) ? h("li", null, h("i", { class: "bit also", "aria-hidden": "true" }), "steers, too") : null);
+    shown.bits.into.some(steersToo) ? h("li", null, h("i", { class: "bit too", "aria-hidden": "true" }), "steers, too") : null);
 }
 
 function positionTable() {
