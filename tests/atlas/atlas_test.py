@@ -88,10 +88,13 @@ class Atlas(unittest.TestCase):
         cls.page = cls.path.read_text()
         cls.browser = Browser()
         cls.addClassCleanup(cls.browser.close)
+        cls.browser.open("about:blank")
+        cls.browser.log("performance")  # what the browser's own first page asked for
         cls.browser.open(cls.path.as_uri())
 
     def setUp(self):
         self.type_into("search", "")
+        self.go("")
 
     def go(self, place):
         """To #translator, #translator/variant or #translator/variant/position."""

@@ -107,10 +107,11 @@ function bitsOf(translator, variant, chosen) {
   const into = Array.from({ length: 8 * lengths(translator, inSide(translator))[1] }, () => ({ to: [], computes: [], steers: false, field: null, maybe: [] }));
   const write = (number) => {
     const field = fieldOf(translator, number);
+    const linksTo = Map.groupBy(field.links, (link) => link.to);
     let place = 0;
     for (const bit of field.to) {
       if (bit >= out.length) continue;
-      const links = field.links.filter((link) => link.to === bit);
+      const links = [...linksTo.get(bit) ?? []];
       const value = field.kind === "constant" ? Number(BigInt(field.text) >> BigInt(place++) & 1n) : 0;
       if (field.combines) {
         if (field.kind === "constant" && !value) continue;
@@ -614,7 +615,8 @@ function route() {
     drawTranslator(translator);
     scrollTo(0, 0);
     if (!byId("search").value.trim()) search();
-    entries.find((entry) => entry.translator === translator).link.scrollIntoView({ block: "nearest" });
+    // With the next frame's layout, instead of one of its own.
+    requestAnimationFrame(() => byId("list").querySelector("[aria-current]")?.scrollIntoView({ block: "nearest" }));
   } else if (shown.variant !== variant) {
     shown.variant = variant;
     const inSwitch = document.activeElement?.closest(".variants") !== null;
