@@ -90,10 +90,14 @@ std::string line(std::span<const std::size_t> widths, const std::vector<std::str
     std::string text;
     std::string current;
     std::size_t column = 0;
+    const auto end_line = [&] {
+        current.erase(current.find_last_not_of(' ') + 1);
+        text += current + "\n";
+        current.clear();
+    };
     const auto start_at = [&](std::size_t at) {
         if (current.size() > at) {
-            text += current + "\n";
-            current.clear();
+            end_line();
         }
         current.resize(at, ' ');
     };
@@ -110,7 +114,7 @@ std::string line(std::span<const std::size_t> widths, const std::vector<std::str
     while (!rest.empty()) {
         const std::string_view word = rest.substr(0, rest.find(' '));
         if (!first_word && current.size() + 1 + word.size() > page_width) {
-            text += current + "\n";
+            end_line();
             current.assign(column, ' ');
             first_word = true;
         }
@@ -118,8 +122,8 @@ std::string line(std::span<const std::size_t> widths, const std::vector<std::str
         first_word = false;
         rest.remove_prefix(std::min(word.size() + 1, rest.size()));
     }
-    current.erase(current.find_last_not_of(' ') + 1);
-    return text + current + "\n";
+    end_line();
+    return text;
 }
 
 std::string heading(std::string_view text, Style style) {

@@ -73,33 +73,50 @@ std::string condition(const Translator& translator, const VariantLayout& variant
     return text.empty() ? "" : " (" + text + ")";
 }
 
+constexpr std::size_t columns[] = {2, 17, 20};
+
 std::string what_happens(const Field& field) {
     return (field.kind == explain::Kind::constant ? "constant " : "") + field.text +
            (field.combines ? ", ORed in" : "");
 }
 
+std::string row(const Translator& translator, const Field& field) {
+    const std::string to = explain::position_list(explain::out_letter(translator), field.to);
+    const std::string from = explain::position_list(explain::in_letter(translator), field.from);
+    // A long list of places goes to the last column, where it can be broken.
+    constexpr std::size_t longest_from = 30;
+    return from.size() <= longest_from ? line(columns, {"", to, from, what_happens(field)})
+                                       : line(columns, {"", to, "", what_happens(field) + ": " + from});
+}
+
 std::string to_text(const LayoutTable& table, Style style) {
     const Translator& translator = *table.translator;
     const char in = explain::in_letter(translator);
-    const char out = explain::out_letter(translator);
     std::string text = heading(describe(translator), style);
-    text += fmt::format("in {} ({}), out {} ({})\n", in, describe(translator.in()), out, describe(translator.out()));
-    constexpr std::size_t columns[] = {2, 17, 20};
+    text += fmt::format("in {} ({}), out {} ({})\n", in, describe(translator.in()), explain::out_letter(translator),
+                        describe(translator.out()));
+    constexpr std::size_t hanging[] = {0};
     // A layout that several variants have in common is written out once.
     std::set<std::string> written_out;
     for (const VariantLayout& variant : table.variants) {
-        text += "\n" + heading(fmt::format("Variant {}{}", variant.name, condition(translator, variant)), style);
-        for (const Section& section : variant.sections) {
-            const std::string title = section.title.empty() ? "put by code" : section.title;
+        std::string title_of_variant = line(hanging, {"", "Variant " + variant.name + condition(translator, variant)});
+        title_of_variant.pop_back();
+        text += "\n" + heading(title_of_variant, style);
+        for (std::size_t i = 0; i < variant.sections.size();) {
+            // What code puts one after the other is one group.
+            const Section& section = variant.sections[i];
             std::string rows;
-            for (const Field& field : section.fields) {
-                rows += line(columns, {"", explain::position_list(out, field.to),
-                                       explain::position_list(in, field.from), what_happens(field)});
-            }
+            do {
+                for (const Field& field : variant.sections[i].fields) {
+                    rows += row(translator, field);
+                }
+                ++i;
+            } while (i < variant.sections.size() && section.title.empty() && variant.sections[i].title.empty() &&
+                     variant.sections[i].always == section.always);
+            std::string title = section.title.empty() ? "put by code" : section.title;
             const bool repeated = !written_out.insert(title + rows).second;
-            text += fmt::format("{}{}{}\n", title, section.always ? "" : " (where that holds)",
-                                repeated ? ": as above" : "");
-            text += repeated ? "" : rows;
+            title += section.always ? "" : section.title.empty() ? ", for some records" : " (where that holds)";
+            text += line(hanging, {"", title + (repeated ? ": as above" : "")}) + (repeated ? "" : rows);
         }
         if (variant.sections.empty()) {
             text += "writes nothing\n";

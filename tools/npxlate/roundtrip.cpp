@@ -45,7 +45,7 @@ std::string in_words(const RoundTrip& trip, const Returned& returned) {
             what = "restored";
             break;
         case Returned::byte_reversed:
-            what = fmt::format("byte-reversed ({} became {})", was, is);
+            what = was == is ? "byte-reversed" : fmt::format("byte-reversed ({} became {})", was, is);
             break;
         case Returned::moved:
             what = fmt::format("moved from {}{}", from, returned.reversed ? ", byte-reversed" : "");
