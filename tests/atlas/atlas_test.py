@@ -143,7 +143,6 @@ class Atlas(unittest.TestCase):
                 return [name, count('L') === 8 * logical[1] && count('P') === 8 * physical[1]
                     && document.querySelector('h1').textContent === name && document.querySelectorAll('.rows tbody tr').length > 0];
             });""")
-        # The one that does nothing has nothing to say in its table.
         self.assertEqual([name for name, right in drawn if not right], [])
         self.assertLess(len(self.page), 600_000)
 
