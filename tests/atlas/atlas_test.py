@@ -206,6 +206,29 @@ class Atlas(unittest.TestCase):
         self.browser.press("[")
         self.browser.wait_for("return document.querySelector('.variants [aria-checked=true]').textContent === 'D'")
 
+    def test_variants_have_addresses_of_their_own(self):
+        shared = self.browser.run("""
+            const data = JSON.parse(document.getElementById('data').textContent);
+            return data.translators.filter(({ name, variants }) => {
+                const seen = new Set(variants.map((variant) => variant.name.toLowerCase().replace(/[^a-z0-9]+/g, '-').replace(/^-|-$/g, '')));
+                return seen.size !== variants.length;
+            }).map(({ name }) => name);""")
+        self.assertEqual(shared, [])
+
+    def test_what_only_some_records_get_can_be_added(self):
+        # The member L4 is carried only with L0.3 set.
+        self.point_to("lag_type_xlate_result/range-4", "L4.0")
+        self.assertEqual(self.partners(), [])
+        self.assertIn("Used for some records of the variant: L0.3 set.", self.said())
+        self.browser.run("document.querySelector('.also input').click()")
+        self.browser.point_at(cell("L4.0"))
+        self.assertEqual(len(self.partners()), 1)
+        self.assertIn("Layout: L0.3 set.", self.sentence_of(self.partners()[0]))
+
+    def sentence_of(self, bit):
+        self.browser.point_at(cell(bit))
+        return self.said()
+
     def test_the_arrow_keys_move_within_a_record(self):
         self.point_to(RX_A, "P0.5")
         self.browser.press(RIGHT)

@@ -126,6 +126,8 @@ function bitsOf(translator, variant, chosen) {
   if (chosen.size === 0) {
     variant.fields.forEach(write);
   } else {
+    // No section speaks of what is left alone.
+    variant.fields.filter((number) => fieldOf(translator, number).kind === "left_alone").forEach(write);
     variant.sections.forEach(([, always, fields], i) => (always || chosen.has(i)) && fields.forEach(write));
   }
   out.forEach((bit, at) => {
