@@ -281,12 +281,33 @@ TEST(CommandLine, IsRefusedInOneLine) {
 
 TEST(CommandLine, HelpsAndTellsItsVersion) {
     EXPECT_EQ(run({"--version"}).out, "npxlate 1.0.0\n");
-    for (const char* command : {"key", "result", "reverse", "batch", "tables", "registers"}) {
+    for (const char* command : {"key", "result", "reverse", "batch", "tables", "atlas", "registers"}) {
         const Outcome outcome = run({command, "--help"});
         EXPECT_EQ(outcome.status, 0);
         EXPECT_NE(outcome.out.find("Example: npxlate " + std::string{command}), std::string::npos) << outcome.out;
         EXPECT_NE(run({"--help"}).out.find(command), std::string::npos);
     }
+}
+
+// ---- The atlas ----
+
+TEST(Atlas, IsWrittenToAFileOrToStandardOutput) {
+    const Outcome to_output = run({"atlas", "-"});
+    EXPECT_EQ(to_output.status, 0);
+    EXPECT_TRUE(to_output.out.starts_with("<!doctype html>\n"));
+    EXPECT_TRUE(to_output.out.ends_with("</html>\n"));
+    const File file;
+    const Outcome to_file = run({"atlas", file.path()});
+    EXPECT_EQ(to_file.status, 0);
+    EXPECT_EQ(to_file.out, "");
+    EXPECT_EQ(file.content(), to_output.out);
+}
+
+TEST(Atlas, SaysThatItCannotBeWritten) {
+    const Outcome outcome = run({"atlas", "/no such folder/atlas.html"});
+    EXPECT_NE(outcome.status, 0);
+    EXPECT_EQ(count_lines(outcome.err), 1U) << outcome.err;
+    EXPECT_TRUE(outcome.err.starts_with("npxlate: error: ")) << outcome.err;
 }
 
 // ---- Lists ----

@@ -11,6 +11,7 @@ void add_commands(CLI::App& app) {
     add_layout(app);
     add_tables(app);
     add_registers(app);
+    add_atlas(app);
 }
 
 }  // namespace tool

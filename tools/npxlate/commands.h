@@ -16,6 +16,7 @@ void add_diff(CLI::App& app);
 void add_layout(CLI::App& app);
 void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);
+void add_atlas(CLI::App& app);
 
 // All of them, in the order of the help.
 void add_commands(CLI::App& app);
