@@ -20,34 +20,36 @@ using support::Translator;
 
 namespace {
 
+template <const auto& layout>
+std::int32_t place_over(const void* in, std::int32_t, void* out, std::uint32_t*) {
+    constexpr Side to = layout.side;
+    auto record = Record<to, layout.bytes_written()>::kept_from(Position<to>{0}, out);
+    place<layout>(record, Source < opposite(to), layout.bytes_read() == 0 ? 1 : layout.bytes_read() > {in});
+    record.store(out);
+    return NPXLATE_OK;
+}
+
 // A translator that places one layout over what its output holds, between records that end where the layout ends.
 template <const auto& layout>
 Translator placing(const std::string& name) {
-    constexpr Side to = layout.side;
-    constexpr std::size_t in_size = layout.bytes_read() == 0 ? 1 : layout.bytes_read();
-    constexpr std::size_t out_size = layout.bytes_written();
-    return {name,
-            [](const void* in, std::int32_t, void* out, std::uint32_t*) {
-                auto record = Record<to, out_size>::kept_from(Position<to>{0}, out);
-                place<layout>(record, Source<opposite(to), in_size>{in});
-                record.store(out);
-                return std::int32_t{NPXLATE_OK};
-            },
-            in_size, out_size};
+    return {name, place_over<layout>, layout.bytes_read() == 0 ? 1 : layout.bytes_read(), layout.bytes_written()};
 }
 
-template <const auto& layout>
-void expect_rows(const std::vector<std::string>& rows) {
+void expect_rows(const Translator& translator, const std::vector<std::string>& rows) {
     const Rows expected{rows};
     const support::Model model = [&expected](Bytes& in, Bytes& out) {
         expected.apply(in, out);
         return support::Reply{};
     };
-    const Translator translator = placing<layout>(rows.front());
     support::walk(
         translator, model,
         {Bytes(translator.in_size), Bytes(translator.in_size, 0xff), support::counting(translator.in_size, 1)});
     support::check_random(translator, model, 50);
+}
+
+template <const auto& layout>
+void expect_rows(const std::vector<std::string>& rows) {
+    expect_rows(placing<layout>(rows.front()), rows);
 }
 
 // Positions that differ from test to test but are the same in every run; known to the compiler.

@@ -40,6 +40,7 @@ development_files() { # LIBDIR, BUILD_TYPE in lower case
 }
 
 tool_files() {
-    printf '%s\n' bin/npxlate share/man/man1/npxlate.1 share/bash-completion/completions/npxlate \
+    printf '%s\n' bin/npxlate share/doc/npxlate/npxlate-atlas.html share/man/man1/npxlate.1 \
+        share/bash-completion/completions/npxlate \
         share/zsh/site-functions/_npxlate
 }
