@@ -32,30 +32,33 @@ struct LayoutView {
     std::vector<Cell> combined;  // what is ORed in besides
 };
 
+// The rows of a layout, and what becomes of so many bits; what does not depend on the layout's type, so that it is
+// compiled once and not for every layout.
+template <Side side>
+std::vector<RowView> view_of(std::span<const Row<side>> rows) {
+    std::vector<RowView> result;
+    for (const Row<side>& row : rows) {
+        result.push_back({row.kind,
+                          row.combines,
+                          row.has_label_tail,
+                          row.to,
+                          {std::begin(row.from), std::end(row.from)},
+                          row.flag,
+                          row.value,
+                          row.function == nullptr ? nullptr : row.function->description,
+                          row.count,
+                          row.to_step,
+                          row.from_step});
+    }
+    return result;
+}
+std::vector<Cell> first_of(const Cells& cells, std::size_t bits);
+
 template <const auto& layout>
 const LayoutView& view() {
-    static const LayoutView instance = [] {
-        LayoutView result{layout.title, layout.side, {}, {}, {}};
-        for (const auto& row : layout.rows) {
-            result.rows.push_back({row.kind,
-                                   row.combines,
-                                   row.has_label_tail,
-                                   row.to,
-                                   {std::begin(row.from), std::end(row.from)},
-                                   row.flag,
-                                   row.value,
-                                   row.function == nullptr ? nullptr : row.function->description,
-                                   row.count,
-                                   row.to_step,
-                                   row.from_step});
-        }
-        const auto bits = static_cast<std::ptrdiff_t>(8 * layout.bytes_written());
-        const Cells cells = layout.cells();
-        const Cells combined = layout.cells(true);
-        result.cells.assign(cells.begin(), cells.begin() + bits);
-        result.combined.assign(combined.begin(), combined.begin() + bits);
-        return result;
-    }();
+    static const LayoutView instance{layout.title, layout.side, view_of<layout.side>(layout.rows),
+                                     first_of(layout.cells(), 8 * layout.bytes_written()),
+                                     first_of(layout.cells(true), 8 * layout.bytes_written())};
     return instance;
 }
 
@@ -74,35 +77,15 @@ struct Event {
 // What the translators of this thread did since it was last cleared.
 std::vector<Event>& events();
 
+void placed(const LayoutView& layout);
 template <const auto& layout>
-inline void placed() {
-    events().push_back({.kind = Event::placed, .layout = &view<layout>()});
+void placed() {
+    placed(view<layout>());
 }
-
-inline void put(Side, unsigned first_bit, unsigned width, const char* sentence) {
-    events().push_back({.kind = Event::put,
-                        .bits = {static_cast<std::uint16_t>(first_bit), static_cast<std::uint16_t>(width)},
-                        .sentence = sentence});
-}
-
+void put(Side side, unsigned first_bit, unsigned width, const char* sentence);
 // Bytes that are copied by hand, with their positions in bits.
-inline void copied(unsigned to, unsigned from, unsigned width, bool reversed) {
-    events().push_back({.kind = Event::copied,
-                        .bits = {static_cast<std::uint16_t>(to), static_cast<std::uint16_t>(width)},
-                        .from = static_cast<std::uint16_t>(from),
-                        .reversed = reversed});
-}
-
-inline void looked_at(Side side, unsigned first_bit, unsigned width) {
-    events().push_back({.kind = Event::looked_at,
-                        .bits = {static_cast<std::uint16_t>(first_bit), static_cast<std::uint16_t>(width)},
-                        .side = side});
-}
-
-inline void changed_input(unsigned first_bit, unsigned width, const char* sentence) {
-    events().push_back({.kind = Event::changed_input,
-                        .bits = {static_cast<std::uint16_t>(first_bit), static_cast<std::uint16_t>(width)},
-                        .sentence = sentence});
-}
+void copied(unsigned to, unsigned from, unsigned width, bool reversed);
+void looked_at(Side side, unsigned first_bit, unsigned width);
+void changed_input(unsigned first_bit, unsigned width, const char* sentence);
 
 }  // namespace npxlate::trace

@@ -8,15 +8,6 @@
 #include "traced_table.inc"
 #undef TRACED
 
-namespace npxlate::trace {
-
-std::vector<Event>& events() {
-    static thread_local std::vector<Event> instance;
-    return instance;
-}
-
-}  // namespace npxlate::trace
-
 namespace traced {
 namespace {
 

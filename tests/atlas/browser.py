@@ -9,7 +9,7 @@ import urllib.request
 
 FLAGS = [
     "--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-    "--disable-background-networking", "--disable-component-update", "--disable-sync",
+    "--disable-background-networking", "--disable-component-update", "--disable-sync", "--disable-ipc-flooding-protection",
 ]
 
 
