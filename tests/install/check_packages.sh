@@ -28,7 +28,7 @@ check_field() {
 
 for package in "${packages[@]}"; do
     dpkg-deb -x "$(package_file "$package")" "$work/alone/$package"
-    dpkg-deb -x "$(package_file "$package")" "$work/root"
+    dpkg-deb -x "$(package_file "$package")" "$work/unpacked"
     check_field "$package" Package "^$package\$"
     check_field "$package" Version '^1\.0\.0$'
     check_field "$package" Architecture "^$architecture\$"
@@ -45,14 +45,14 @@ dpkg-deb --ctrl-tarfile "$(package_file libnpxlate1)" | tar -xO ./shlibs | grep 
 check_files "$work/alone/libnpxlate1/usr" $(library_files "$libdir")
 check_files "$work/alone/libnpxlate-dev/usr" $(development_files "$libdir" "$build_type")
 
-pkg_config=(env "PKG_CONFIG_LIBDIR=$work/root/usr/$libdir/pkgconfig" pkg-config)
+pkg_config=(env "PKG_CONFIG_LIBDIR=$work/unpacked/usr/$libdir/pkgconfig" pkg-config)
 "$cc" -std=c11 "$examples/program.c" $("${pkg_config[@]}" --cflags --libs npxlate) -o "$work/program_c"
-check_output "$expected/program.c.txt" env "LD_LIBRARY_PATH=$work/root/usr/$libdir" "$work/program_c"
+check_output "$expected/program.c.txt" env "LD_LIBRARY_PATH=$work/unpacked/usr/$libdir" "$work/program_c"
 
 if [ "$with_tool" = ON ]; then
     check_field npxlate Section '^net$'
     check_field npxlate Depends 'libnpxlate1 \(= 1\.0\.0\)'
     check_field npxlate Depends 'libstdc\+\+6 '
     check_files "$work/alone/npxlate/usr" $(tool_files)
-    [ "$("$work/root/usr/bin/npxlate" --version)" = "npxlate 1.0.0" ] || fail "The unpacked tool gives another version."
+    [ "$("$work/unpacked/usr/bin/npxlate" --version)" = "npxlate 1.0.0" ] || fail "The unpacked tool gives another version."
 fi
