@@ -1,9 +1,21 @@
 #include "timing.h"
 
+#include <unistd.h>
+
 #include <algorithm>
-#include <cstdio>
+#include <iostream>
 
 namespace bench {
+namespace {
+
+// Progress, for whoever watches.
+void show(const std::string& text) {
+    if (::isatty(STDERR_FILENO) == 1) {
+        std::cerr << text;
+    }
+}
+
+}  // namespace
 
 void translate(benchmark::State& state, const Subject& subject) {
     Records records{subject};
@@ -28,10 +40,10 @@ void Times::ReportRuns(const std::vector<Run>& runs) {
         auto& times = one ? by_one_thread_ : by_all_threads_;
         times[run.run_name.function_name].push_back(1e9 * seconds / records);
     }
-    std::fprintf(stderr, "\r%zu of %zu", by_one_thread_.size(), expected_);
+    show('\r' + std::to_string(by_one_thread_.size()) + " of " + std::to_string(expected_));
 }
 
-void Times::Finalize() { std::fprintf(stderr, "\r"); }
+void Times::Finalize() { show("\n"); }
 
 double Times::median(const Measured& measured, const std::string& name) {
     std::vector<double> values = measured.at(name);

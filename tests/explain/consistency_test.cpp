@@ -75,7 +75,7 @@ void expect_consistent(const Translator& translator, const Bytes& record, std::u
         ASSERT_EQ(bit.value, bit_of(record, i));
         const auto flip = static_cast<std::uint8_t>(1U << i % 8);
         flipped[i / 8] ^= flip;
-        const Run run = explain::run_library(translator, flipped, argument, 0);
+        const Run run = explain::run_translator(translator, flipped, argument, 0);
         const std::set<std::size_t> changed = differences(account, run);
         SCOPED_TRACE("input bit " + position(i) + ", " + std::string{to_string(bit.fate)});
 

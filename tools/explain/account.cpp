@@ -50,7 +50,7 @@ void probe(Account& account, const Run& base, const Trace& base_trace) {
         bit.value = bit_of(account.in, i);
         const auto flip = static_cast<std::uint8_t>(1U << i % 8);
         record[i / 8] ^= flip;
-        const Run run = run_library(*account.translator, record, account.argument, 0);
+        const Run run = run_translator(*account.translator, record, account.argument, 0);
         bit.decides = run.status != base.status || run.length != base.length ||
                       !trace(*account.translator, record, account.argument).same_way(base_trace);
         record[i / 8] ^= flip;
@@ -120,8 +120,8 @@ Account account(const Translator& translator, std::span<const std::uint8_t> reco
     if (record.size() < translator.in().least) {
         throw std::invalid_argument{std::string{translator.name} + " takes longer records"};
     }
-    const Run run = run_library(translator, record, argument, 0);
-    const Run over_ones = run_library(translator, record, argument, 0xff);
+    const Run run = run_translator(translator, record, argument, 0);
+    const Run over_ones = run_translator(translator, record, argument, 0xff);
     const Trace way = trace(translator, record, argument);
     const std::size_t out_bytes = bytes_written(translator, run, over_ones);
     const Labels labels{way.acts, out_bytes};

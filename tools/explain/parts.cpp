@@ -14,7 +14,6 @@ using npxlate::Row;
 using npxlate::RowKind;
 using npxlate::Side;
 using npxlate::trace::Event;
-using npxlate::trace::LayoutView;
 using npxlate::trace::RowView;
 
 bool is_moved(const Cell& cell) { return cell.kind == Cell::moved || cell.kind == Cell::inverted; }

@@ -53,7 +53,7 @@ Origin origin(const Account& account, std::uint16_t bit) {
 
 // Through both translators.
 Origin origin(const Account& forward, const Account& reverse, std::uint16_t bit) {
-    const Origin back = origin(reverse, bit);
+    Origin back = origin(reverse, bit);
     if (back.kind == Origin::nowhere || back.kind == Origin::constant) {
         return back;
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "catalogue/call.h"
 #include "trace/traced.h"
 
 namespace explain {
@@ -10,40 +11,7 @@ namespace {
 
 using npxlate::trace::Event;
 
-// As translators have them; the traced functions have the same types.
-struct Functions {
-    npxlate_result_fn* forward;
-    npxlate_reverse_fn* reverse;
-    npxlate_reverse_by_type_fn* reverse_by_type;
-    npxlate_reverse_by_key_fn* reverse_by_key;
-};
-
 constexpr std::uint32_t no_length = 0xffffffff;
-
-Run call(const Translator& translator, const Functions& functions, std::span<const std::uint8_t> record,
-         std::uint32_t argument, std::uint8_t fill) {
-    // One that keeps its buffer may still report more than its longest record.
-    constexpr std::size_t beyond = 8;
-    Run run{.in = {record.begin(), record.end()}, .out = Bytes(translator.out().most + beyond, fill)};
-    const auto length = static_cast<std::int32_t>(record.size());
-    run.in.reserve(1);  // so that there is an address even for a record of no bytes
-    std::uint32_t out_length = no_length;
-    if (functions.forward != nullptr) {
-        run.status = functions.forward(run.in.data(), length, run.out.data(), &out_length);
-    } else if (functions.reverse != nullptr) {
-        run.status = functions.reverse(run.in.data(), length, run.out.data());
-    } else if (functions.reverse_by_type != nullptr) {
-        run.status = functions.reverse_by_type(run.in.data(), length, run.out.data(), &argument);
-    } else {
-        std::uint8_t key[8] = {};
-        key[7] = static_cast<std::uint8_t>(argument);
-        run.status = functions.reverse_by_key(run.in.data(), length, run.out.data(), key);
-    }
-    if (out_length != no_length) {
-        run.length = out_length;
-    }
-    return run;
-}
 
 template <typename Function>
 Function* traced_as(Function* library_function, traced::Function function) {
@@ -52,11 +20,19 @@ Function* traced_as(Function* library_function, traced::Function function) {
 
 }  // namespace
 
-Run run_library(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument,
-                std::uint8_t fill) {
-    return call(translator,
-                {translator.forward, translator.reverse, translator.reverse_by_type, translator.reverse_by_key}, record,
-                argument, fill);
+Run run_translator(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument,
+                   std::uint8_t fill) {
+    // One that keeps its buffer may still report more than its longest record.
+    constexpr std::size_t beyond = 8;
+    Run result{.in = {record.begin(), record.end()}, .out = Bytes(translator.out().most + beyond, fill)};
+    result.in.reserve(1);  // so that there is an address even for a record of no bytes
+    std::uint32_t length = no_length;
+    result.status = catalogue::call(translator, result.in.data(), static_cast<std::int32_t>(record.size()),
+                                    result.out.data(), &length, catalogue::Argument{argument});
+    if (length != no_length) {
+        result.length = length;
+    }
+    return result;
 }
 
 bool same_act(const Event& a, const Event& b) {
@@ -73,11 +49,13 @@ Trace trace(const Translator& translator, std::span<const std::uint8_t> record, 
     if (function == nullptr) {
         throw std::logic_error{std::string{translator.name} + " is not among the traced translators"};
     }
+    Translator traced = translator;
+    traced.forward = traced_as(translator.forward, function);
+    traced.reverse = traced_as(translator.reverse, function);
+    traced.reverse_by_type = traced_as(translator.reverse_by_type, function);
+    traced.reverse_by_key = traced_as(translator.reverse_by_key, function);
     npxlate::trace::events().clear();
-    call(translator,
-         {traced_as(translator.forward, function), traced_as(translator.reverse, function),
-          traced_as(translator.reverse_by_type, function), traced_as(translator.reverse_by_key, function)},
-         record, argument, 0);
+    run_translator(traced, record, argument, 0);
 
     const npxlate::Side side =
         translator.role == catalogue::Role::reverse ? npxlate::Side::physical : npxlate::Side::logical;

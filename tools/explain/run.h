@@ -1,4 +1,4 @@
-// One call of a translator: of the library's own function, or of the traced one.
+// One call of a translator of the library, and of its traced copy.
 #pragma once
 
 #include <optional>
@@ -16,8 +16,8 @@ struct Run {
 };
 
 // The output holds `fill` in every byte before the call.
-Run run_library(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument,
-                std::uint8_t fill);
+Run run_translator(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument,
+                   std::uint8_t fill);
 
 // Something that the traced translator did, and what it had looked at since it did something before.
 struct Act {

@@ -62,7 +62,7 @@ std::string grid(char letter, std::span<const std::uint8_t> bytes, std::span<con
                 letters += painted({&mark.letter, 1}, mark.colour, style);
             }
         }
-        text += values + wall + "\n" + letters + wall + "\n";
+        text.append(values).append(wall).append("\n").append(letters).append(wall).append("\n");
     }
     return text + rule(columns, "\u2514", "\u2534", "\u2518", style);
 }

@@ -39,7 +39,7 @@ void Progress::show() {
     constexpr std::size_t width = 40;
     if (size_ && *size_ > 0) {
         const std::uint64_t done = std::min(bytes_, *size_);
-        const std::size_t filled = static_cast<std::size_t>(done * width / *size_);
+        const auto filled = static_cast<std::size_t>(done * width / *size_);
         fmt::print(stderr, "\r[{:<{}}] {:3}%  {} entries\x1b[K", std::string(filled, '#'), width, done * 100 / *size_,
                    entries_);
     } else {
