@@ -6,7 +6,9 @@
 
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -16,13 +18,24 @@ namespace {
 
 using bench::Subject;
 
+struct Mean {  // geometric
+    double logarithms = 0;
+    std::size_t count = 0;
+
+    void add(double ratio) {
+        logarithms += std::log(ratio);
+        ++count;
+    }
+    double value() const { return std::exp(logarithms / static_cast<double>(count)); }
+};
+
 void print(const std::vector<Subject>& subjects, const bench::Times& times) {
     std::printf("| Translator, variant | Bytes | ns | Ratio | All threads |\n|---|--:|--:|--:|--:|\n");
-    double logarithms = 0;
+    Mean of_variants;
+    std::map<std::string_view, Mean> of_translators;
     double worst = 0;
     std::string worst_name;
     std::size_t slower = 0;
-    std::size_t count = 0;
     for (const Subject& subject : subjects) {
         const std::string copy = bench::copy_name(subject.size);
         if (!times.has(subject.name) || !times.has(copy)) {
@@ -39,19 +52,25 @@ void print(const std::vector<Subject>& subjects, const bench::Times& times) {
         if (subject.translator == nullptr) {
             continue;
         }
-        logarithms += std::log(ratio);
-        ++count;
+        of_variants.add(ratio);
+        of_translators[subject.translator->name].add(ratio);
         slower += ratio > 1 ? 1 : 0;
         if (ratio > worst) {
             worst = ratio;
             worst_name = subject.name;
         }
     }
-    if (count != 0) {
-        std::printf("\ngeometric mean of the ratios: %.2f\n", std::exp(logarithms / static_cast<double>(count)));
-        std::printf("worst ratio: %.2f, %s\n", worst, worst_name.c_str());
-        std::printf("slower than the copy: %zu of %zu\n", slower, count);
+    if (of_variants.count == 0) {
+        return;
     }
+    Mean each_once;
+    for (const auto& [name, mean] : of_translators) {
+        each_once.add(mean.value());
+    }
+    std::printf("\ngeometric mean of the ratios: %.2f\n", of_variants.value());
+    std::printf("geometric mean, each translator counted once: %.2f\n", each_once.value());
+    std::printf("worst ratio: %.2f, %s\n", worst, worst_name.c_str());
+    std::printf("slower than the copy: %zu of %zu\n", slower, of_variants.count);
 }
 
 }  // namespace
