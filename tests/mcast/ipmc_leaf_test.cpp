@@ -189,21 +189,8 @@ TEST(IpmcLeaf, RoundTripLosesOnlyTheFourthByte) {
 }
 
 TEST(IpmcLeaf, ReadbacksTakeTheirExactLengthAndElseWriteNothing) {
-    const Bytes before = bytes("de ad be ef");
-    for (const std::int32_t length : {INT32_MIN, -4, -1, 0, 3, 5, 16, 0x104, INT32_MAX}) {
-        const Bytes in = bytes("11 01 02 03");
-        EXPECT_EQ(translate_with_length(readback, in, length, before),
-                  (Outcome{NPXLATE_INVALID, std::nullopt, before, in}))
-            << length;
-    }
-    for (const std::int32_t length : {INT32_MIN, -16, -1, 0, 4, 15, 17, 0x110, INT32_MAX}) {
-        const Bytes in = counting(16);
-        EXPECT_EQ(translate_with_length(sg_readback, in, length, before),
-                  (Outcome{NPXLATE_INVALID, std::nullopt, before, in}))
-            << length;
-    }
-    EXPECT_EQ(translate_with_length(readback, bytes("11 01 02 03"), 4, before).status, NPXLATE_OK);
-    EXPECT_EQ(translate_with_length(sg_readback, counting(16), 16, before).status, NPXLATE_OK);
+    expect_exact_length(readback);
+    expect_exact_length(sg_readback);
 }
 
 TEST(IpmcLeaf, TheTwoReadbacksRefuseEachOthersRecords) {
