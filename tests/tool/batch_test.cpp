@@ -359,7 +359,7 @@ TEST(Batch, IsRefusedForWrongOptions) {
 
 TEST(Batch, ShowsItsProgressOnATerminal) {
     std::string lines;
-    for (unsigned i = 0; i < 400000; ++i) {
+    for (unsigned i = 0; i < 10000; ++i) {
         lines += "{\"table\":121,\"key\":\"01020304\"}\n";
     }
     const File file{lines};

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -126,6 +127,17 @@ TEST(Explain, FitsIntoEightyColumns) {
     EXPECT_LE(widest_line(expect_done({"explain", "5", bytes(90, "ffff")}).out), 80U);
 }
 
+TEST(Explain, DrawsBoxesOnATerminalAndColoursUnlessAskedNotTo) {
+    const Words arguments{"explain", "121", "000203"};
+    const std::string plain = run(arguments, {.out_is_terminal = true, .environment = {"NO_COLOR=1"}}).out;
+    EXPECT_NE(plain.find("L0   \u250200000000\u250200000010\u250200000011\u2502\r\n"), std::string::npos) << plain;
+    EXPECT_EQ(plain.find('\x1b'), std::string::npos);
+
+    const std::string coloured = run(arguments, {.out_is_terminal = true}).out;
+    EXPECT_NE(coloured.find("\x1b[1mThe record that goes in, 3 bytes\x1b[0m"), std::string::npos) << coloured;
+    EXPECT_EQ(std::regex_replace(coloured, std::regex{"\x1b\\[[0-9;]*m"}, ""), plain);
+}
+
 TEST(Explain, SaysWhatItExpects) {
     expect_error({"explain", "4", "0102"}, 2,
                  "rx_adjacency_type_xlate_result takes a logical record of 30 bytes, but 2 bytes came");
@@ -166,6 +178,21 @@ TEST(Roundtrip, SaysTheSameAsJson) {
               json::parse(R"({"at": ["L0.0"], "kind": "invented", "from": [], "was": "0", "is": "1"})"));
     EXPECT_EQ(trip["fields"][2]["kind"], "moved");
     EXPECT_EQ(trip["fields"][2]["from"], json::parse(R"(["L0-2"])"));
+}
+
+TEST(Roundtrip, TakesTheLogicalKey) {
+    const Words without{"roundtrip", "92", bytes(9, "010203040506")};
+    const auto with = [&](const std::string& key) {
+        Words words = without;
+        words.insert(words.end(), {"--key", key});
+        return words;
+    };
+    // An ESI's entry comes back as one only by the key that says so, in its last byte.
+    const std::string esi = expect_done(with("00000000000000ff")).out;
+    EXPECT_NE(esi.find("L4-7 restored"), std::string::npos) << esi;
+    EXPECT_EQ(expect_done(with("ffffffffffffffff")).out, esi);
+    EXPECT_EQ(expect_done(with("ffffffffffffff00")).out.find("L4-7 restored"), std::string::npos);
+    expect_error(without, 2, "esi_info_logical_res_xlate needs the logical key of the entry: expected --key HEX");
 }
 
 TEST(Roundtrip, EndsWithARejectedRecord) {

@@ -70,7 +70,11 @@ Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, in.path().c_str(), O_RDONLY, 0);
     const std::string& out_path = setting.out.empty() ? out.path() : setting.out;
     std::array<int, 2> pipe_ends{};
-    if (setting.out_closed) {
+    std::optional<Terminal> out_terminal;
+    if (setting.out_is_terminal) {
+        out_terminal.emplace();
+        posix_spawn_file_actions_adddup2(&actions, out_terminal->line(), STDOUT_FILENO);
+    } else if (setting.out_closed) {
         if (::pipe2(pipe_ends.data(), O_CLOEXEC) != 0) {
             throw std::runtime_error{"no pipe"};
         }
@@ -79,10 +83,10 @@ Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     } else {
         posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out_path.c_str(), O_WRONLY, 0);
     }
-    std::optional<Terminal> terminal;
+    std::optional<Terminal> err_terminal;
     if (setting.err_is_terminal) {
-        terminal.emplace();
-        posix_spawn_file_actions_adddup2(&actions, terminal->line(), STDERR_FILENO);
+        err_terminal.emplace();
+        posix_spawn_file_actions_adddup2(&actions, err_terminal->line(), STDERR_FILENO);
     } else {
         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.path().c_str(), O_WRONLY, 0);
     }
@@ -110,8 +114,8 @@ Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     }
     int status = 0;
     ::waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.content(),
-            terminal ? terminal->shown() : err.content()};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+            out_terminal ? out_terminal->shown() : out.content(), err_terminal ? err_terminal->shown() : err.content()};
 }
 
 File::File(const std::string& content) : path_{testing::TempDir() + "npxlate_XXXXXX"} {

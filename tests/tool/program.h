@@ -16,7 +16,8 @@ struct Setting {
     std::string input{};                     // on standard input
     std::string out{};                       // standard output goes to this file; to Outcome::out if empty
     bool out_closed = false;                 // standard output is a pipe that nobody reads any more
-    bool err_is_terminal = false;            // standard error is a terminal; what appears on it is Outcome::err
+    bool out_is_terminal = false;            // what appears on it is Outcome::out
+    bool err_is_terminal = false;            // likewise, Outcome::err
     std::vector<std::string> environment{};  // NAME=VALUE
 };
 

@@ -17,8 +17,7 @@ constexpr std::uint64_t entries_between_looks = 4096;
 
 }  // namespace
 
-Progress::Progress(bool enabled, std::optional<std::uint64_t> size)
-    : enabled_{enabled}, size_{size}, shown_when_{std::chrono::steady_clock::now()} {}
+Progress::Progress(bool enabled, std::optional<std::uint64_t> size) : enabled_{enabled}, size_{size} {}
 
 Progress::~Progress() { clear(); }
 
@@ -29,7 +28,7 @@ void Progress::advance(std::uint64_t bytes, std::uint64_t entries) {
         return;
     }
     shown_at_ = entries_;
-    if (const auto now = std::chrono::steady_clock::now(); now - shown_when_ >= interval) {
+    if (const auto now = std::chrono::steady_clock::now(); !shown_when_ || now - *shown_when_ >= interval) {
         shown_when_ = now;
         show();
     }
