@@ -149,13 +149,12 @@ std::int32_t ipmc_ole_logical_res_xlate(const void* physical, std::int32_t physi
     LogicalRecord<logical_size> out;
     place<restored_common>(out, in);
     place<restored_type_4_bit>(out, in);
+    const bool is_type_1 = in.bit(P(0, 5));
     if (in.bit(P(0, 6))) {
         place<restored_type_2>(out, in);
-    } else if (in.bit(P(0, 5))) {
-        place<restored_types_0_and_1>(out, in);
-    } else if (in.bit(P(0, 7))) {
+    } else if (!is_type_1 && in.bit(P(0, 7))) {
         place<restored_type_3>(out, in);
-    } else if (in.bit(P(1, 1))) {
+    } else if (!is_type_1 && in.bit(P(1, 1))) {
         place<restored_type_4>(out, in);
     } else {
         place<restored_types_0_and_1>(out, in);
