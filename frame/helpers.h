@@ -64,6 +64,13 @@ NPXLATE_INLINE void change_input(const void* record, Position<side> at, std::uin
     store_little<count>(static_cast<std::uint8_t*>(const_cast<void*>(record)) + at.byte, value);
 }
 
+// Writes into a record that is stored already, least significant byte first: for a position known only at run time.
+template <std::size_t count, Side side>
+NPXLATE_INLINE void store_into(void* record, Position<side> at, std::uint32_t value, const char* sentence) {
+    trace::put(side, at.first_bit(), 8 * count, sentence);
+    store_little<count>(static_cast<std::uint8_t*>(record) + at.byte, value);
+}
+
 // Bytes of a record to the front of the other, in reverse order; nothing for a count of 0 or less.
 inline void reverse_byte_copy(void* to_record, const void* from_record, std::int32_t first, std::int32_t count) {
     auto* to = static_cast<std::uint8_t*>(to_record);

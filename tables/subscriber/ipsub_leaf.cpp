@@ -10,10 +10,9 @@ constexpr std::size_t key_logical_size = 21;
 constexpr std::size_t key_physical_size = 19;
 
 constexpr std::uint8_t kind_with_shift = 2;
-constexpr L address_at{3};
 
 constexpr Layout key{
-    "every key; with L2 = 2, after a word of L3-18 was shifted",
+    "every key",
     copied(P(0), L(0), 2),
     copied(P(2), L(2)),
     copied(P(3), L(3), 16),
@@ -35,16 +34,21 @@ constexpr Layout result{
 std::int32_t ipsub_sid_leaf_st_xlate_key(const void* logical, std::int32_t, void* physical,
                                          std::uint32_t* physical_length) {
     const LogicalSource<key_logical_size> in{logical};
-    if (in.byte(L(2)) == kind_with_shift) {
-        // A word of the address, which is in network order, shifted in the logical key itself: callers expect to see it
-        // there.
-        const L word_at = address_at.after(4 * in.bits(L(20, 7, 6)));
-        const std::uint32_t word = in.big32(word_at) >> in.bits(L(20, 4, 0));
-        change_input<4>(logical, word_at, __builtin_bswap32(word), "the word L20.7-6 of L3-18, shifted right by L20.4-0");
-    }
     PhysicalRecord<key_physical_size> out;
     place<key>(out, in);
-    return finish(out, physical, physical_length);
+    const std::int32_t status = finish(out, physical, physical_length);
+    if (in.byte(L(2)) == kind_with_shift) {
+        // A word of the address, which is in network order, is shifted in the logical key too: callers expect to see it
+        // there. It goes into either record by itself, since to store it and then to load the key would take three
+        // times as long.
+        const char* const sentence = "the word L20.7-6 of L3-18, shifted right by L20.4-0";
+        const unsigned offset = 4 * in.bits(L(20, 7, 6));
+        const L word_at = L(3).after(offset);
+        const std::uint32_t word = __builtin_bswap32(in.big32(word_at) >> in.bits(L(20, 4, 0)));
+        change_input<4>(logical, word_at, word, sentence);
+        store_into<4>(physical, P(3).after(offset), word, sentence);
+    }
+    return status;
 }
 
 std::int32_t ipsub_sid_leaf_st_xlate_result(const void* logical, std::int32_t, void* physical,
