@@ -96,6 +96,7 @@ TEST(RoundTrip, IsTakenByEveryTable) {
 
 std::vector<std::string> lines(const std::vector<Difference>& differences, char at, char other_side) {
     std::vector<std::string> result;
+    result.reserve(differences.size());
     for (const Difference& one : differences) {
         result.push_back(explain::position_list(at, one.at) + " / " +
                          explain::position_list(other_side, one.other_side) + (one.decides ? " decides" : ""));

@@ -23,7 +23,6 @@ using support::Outcome;
 using support::Reply;
 using support::Rows;
 using support::translate;
-using support::translate_with_length;
 using support::Translator;
 using support::walk;
 

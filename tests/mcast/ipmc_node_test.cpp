@@ -28,7 +28,6 @@ using support::Reply;
 using support::Rows;
 using support::set_bit;
 using support::translate;
-using support::translate_with_length;
 using support::Translator;
 using support::walk;
 

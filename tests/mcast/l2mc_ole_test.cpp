@@ -26,7 +26,6 @@ using support::Reply;
 using support::Rows;
 using support::set_bits;
 using support::translate;
-using support::translate_with_length;
 using support::Translator;
 using support::walk;
 
