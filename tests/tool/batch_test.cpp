@@ -28,7 +28,10 @@ using Bytes = std::vector<std::uint8_t>;
 
 Outcome batch(const std::string& lines) { return run({"batch"}, {.input = lines}); }
 
-std::string zeros(std::size_t bytes) { return std::string(2 * bytes, '0'); }
+std::string zeros(std::size_t bytes) {
+    std::string text(2 * bytes, '0');
+    return text;
+}
 
 std::string hex(const Bytes& bytes) {
     std::string text;
@@ -78,9 +81,9 @@ TEST(JsonLines, MayBeEmptyOrEndInAnyWay) {
 }
 
 TEST(JsonLines, TakeTheFourthArgumentFromTheEntry) {
-    const Outcome outcome = batch("{\"table\":52,\"physical_result\":\"" + zeros(32) + "\",\"type\":1}\n" +
-                                  "{\"table\":92,\"logical_key\":\"00 00 00 00 00 00 00 ff\",\"physical_result\":\"01" +
-                                  zeros(7) + "\"}\n");
+    const Outcome outcome =
+        batch(R"({"table":52,"physical_result":")" + zeros(32) + "\",\"type\":1}\n" +
+              R"({"table":92,"logical_key":"00 00 00 00 00 00 00 ff","physical_result":"01)" + zeros(7) + "\"}\n");
     EXPECT_EQ(outcome.out, "{\"table\":52,\"logical_result\":\"01" + zeros(47) + "\",\"type\":1}\n" +
                                "{\"table\":92,\"logical_key\":\"00 00 00 00 00 00 00 ff\",\"logical_result\":\"0001" +
                                zeros(6) + "\"}\n");
@@ -88,7 +91,7 @@ TEST(JsonLines, TakeTheFourthArgumentFromTheEntry) {
 }
 
 TEST(JsonLines, ThatAreWrongAreReportedAndTheRestGoesOn) {
-    const Outcome outcome = batch("{\"table\":17,\"result\":\"" + zeros(8) +
+    const Outcome outcome = batch(R"({"table":17,"result":")" + zeros(8) +
                                   "\"}\n\nnonsense\n{\"table\":17,\"result\":\"" + zeros(8) + "\"}\n");
     EXPECT_EQ(outcome.out,
               "{\"table\":17,\"result\":\"1100010000000000\"}\n{\"table\":17,\"result\":\"1100010000000000\"}\n");
@@ -104,10 +107,10 @@ struct WrongLine {
 
 TEST(JsonLines, SayWhatIsWrong) {
     const std::vector<WrongLine> wrong{
-        {"[1]", "expected an entry, {\"table\": ..., \"key\": ..., \"result\": ...}"},
-        {"3", "expected an entry, {\"table\": ..., \"key\": ..., \"result\": ...}"},
+        {"[1]", R"(expected an entry, {"table": ..., "key": ..., "result": ...})"},
+        {"3", R"(expected an entry, {"table": ..., "key": ..., "result": ...})"},
         {R"({"key":"00"})", "expected \"table\", a table id or a translator's name"},
-        {R"({"table":1})", "expected \"key\", \"result\" or \"physical_result\""},
+        {R"({"table":1})", R"(expected "key", "result" or "physical_result")"},
         {R"({"table":128,"key":"00"})",
          "\"table\": expected a table id from 0 to 127 or a translator's name, found 128"},
         {R"({"table":-1,"key":"00"})", "\"table\": expected a table id from 0 to 127 or a translator's name, found -1"},
@@ -127,11 +130,11 @@ TEST(JsonLines, SayWhatIsWrong) {
         {R"({"table":1,"key":"00","key":"00"})", "expected one \"key\", found another"},
         {R"({"table":1,"table":2,"key":"00"})", "expected one \"table\", found another"},
         {R"({"table":1,"key":"00","physical_result":"00"})",
-         "expected either \"physical_result\" or \"key\" and \"result\", not both"},
+         R"(expected either "physical_result" or "key" and "result", not both)"},
         {R"({"table":52,"physical_result":")" + zeros(32) + "\"}",
          "ipmc_encap_logical_res_xlate needs the type of the entry: expected \"type\": N"},
         {R"({"table":52,"type":"x","physical_result":")" + zeros(32) + "\"}",
-         "\"type\": expected a number of 32 bits, found \"x\""},
+         R"("type": expected a number of 32 bits, found "x")"},
         {R"({"table":52,"type":6,"physical_result":")" + zeros(32) + "\"}",
          "ipmc_encap_logical_res_xlate returned 22 (NPXLATE_INVALID): a length or a type that the table does not take"},
         {R"({"table":92,"physical_result":")" + zeros(8) + "\"}",
@@ -168,8 +171,7 @@ TEST(JsonLines, ThatAreNoJsonAreReported) {
         "\"",
         "\\",
         std::string("\0\0", 2),
-        "\x7f"
-        "ELF\x02\x01",
+        "\177ELF\x02\x01",
         "\xef\xbb\xbf{}",
         R"({"table":1,"key":"00)",
         std::string(2000, '['),
@@ -238,8 +240,8 @@ TEST(JsonLines, MayBeMore) {
     for (unsigned i = 0; i < 50000; ++i) {
         const Bytes address{static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i >> 8), 1, 2};
         const Bytes turned{2, 1, address[1], address[0]};
-        lines += "{\"table\":121,\"key\":\"" + hex(address) + "\"}\n";
-        expected += "{\"table\":121,\"key\":\"" + hex(turned) + "\"}\n";
+        lines += R"({"table":121,"key":")" + hex(address) + "\"}\n";
+        expected += R"({"table":121,"key":")" + hex(turned) + "\"}\n";
     }
     const File out;
     const Outcome outcome = run({"batch", "-", "-o", out.path(), "--quiet"}, {.input = lines});
@@ -312,9 +314,10 @@ TEST(Raw, ReportsAPartialRecord) {
 }
 
 TEST(Raw, ReportsARecordThatIsRefused) {
-    std::string records(3 * 36, '\0');
-    records[36] = '\x01';
-    records[37] = '\x10';
+    constexpr std::size_t size = 36;
+    std::string records(3 * size, '\0');
+    records[size] = '\x01';
+    records[size + 1] = '\x10';
     const Outcome outcome = run({"batch", "--raw", "result:12"}, {.input = records});
     EXPECT_EQ(outcome.out.size(), 16U);
     EXPECT_EQ(outcome.err,

@@ -21,7 +21,10 @@ using program::run;
 
 using Words = std::vector<std::string>;
 
-std::string zeros(std::size_t bytes) { return std::string(2 * bytes, '0'); }
+std::string zeros(std::size_t bytes) {
+    std::string text(2 * bytes, '0');
+    return text;
+}
 
 std::size_t count_lines(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));

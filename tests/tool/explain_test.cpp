@@ -288,7 +288,8 @@ TEST(Drawing, OfATerminalHasBoxesAndColours) {
     const std::string coloured = tool::grid('P', record, marks, kinds, {.box = true, .colour = true});
     EXPECT_NE(coloured.find("\x1b[32ma"), std::string::npos);
     EXPECT_EQ(tool::legend(marks, kinds, {}), "     a one kind  b another\n");
-    EXPECT_EQ(widest_line(tool::grid('L', std::vector<std::uint8_t>(168), std::vector<std::size_t>(8 * 168), kinds,
+    const std::vector<std::uint8_t> longest(168);
+    EXPECT_EQ(widest_line(tool::grid('L', longest, std::vector<std::size_t>(8 * longest.size()), kinds,
                                      {.box = true, .colour = false})),
               78U);
 }
