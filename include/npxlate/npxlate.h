@@ -360,13 +360,14 @@ NPXLATE_API int32_t ip_leaf_st_logical_xlate_result(const void *physical, int32_
 /* ---- Fast-path IP leaf: tables 121 (IPv4) and 42 (IPv6), read back by the generic reverse ---- */
 
 /* Fast-path IPv4 key: an address of 4 bytes, which is made big-endian. *physical_length = logical_length, and
- * exactly that many bytes are written: the first ones of the address, or zeros after its four; L0-3 are read
- * whatever the length. Does nothing and returns NPXLATE_OK when a pointer is null. */
+ * exactly that many bytes are written, none if it is negative: the first ones of the address, or zeros after its
+ * four; L0-3 are read whatever the length. Does nothing and returns NPXLATE_OK when a pointer is null. */
 NPXLATE_API int32_t ipv4_leaf_fastip_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
 /* Fast-path IPv6 key: an address of 16 bytes, which is turned round. Takes any length: the bytes are written in
- * reverse order, *physical_length = logical_length. Does nothing and returns NPXLATE_OK when a pointer is null. */
+ * reverse order, none if it is negative, *physical_length = logical_length. Does nothing and returns NPXLATE_OK when
+ * a pointer is null. */
 NPXLATE_API int32_t ipv6_leaf_fastip_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 

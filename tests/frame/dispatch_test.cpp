@@ -16,7 +16,7 @@
 
 namespace {
 
-static_assert(sizeof l2p_ucode_func_table == 128 * 2 * sizeof(void*));
+static_assert(sizeof l2p_ucode_func_table == sizeof(void*) * 2 * 128);
 static_assert(sizeof p2l_ucode_func_table == 128 * sizeof(void*));
 static_assert(offsetof(npxlate_l2p_entry, key) == 0 && offsetof(npxlate_l2p_entry, result) == sizeof(void*));
 static_assert(std::is_same_v<decltype(TX_ADJ_KEY_MAX), std::uint16_t>);
@@ -189,7 +189,7 @@ TEST(Dispatch, IsWritable) {
     *slot = key;
 
     npxlate_p2l_entry volatile* const back = &p2l_ucode_func_table[127];
-    const npxlate_p2l_entry reverse = *back;
+    npxlate_reverse_fn* const reverse = *back;
     *back = rx_adjacency_type_logical_xlate_result;
     EXPECT_EQ(*back, rx_adjacency_type_logical_xlate_result);
     *back = reverse;

@@ -108,12 +108,16 @@ TEST(FastIpLeafKey, Ipv6KeyReversesAsManyBytesAsItIsGiven) {
     }
 }
 
-TEST(FastIpLeafKey, Ipv6KeyOfLengthZeroWritesNothingButTheLength) {
+TEST(FastIpLeafKey, KeysOfNoLengthOrANegativeOneWriteNothingButTheLength) {
     const Bytes before = counting(16, 0x80);
-    const Outcome outcome = translate_with_length(ipv6_key, counting(16), 0, before);
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.length, 0U);
-    EXPECT_EQ(hex(outcome.out), hex(before));
+    for (const std::int32_t length : {0, -1, -16, INT32_MIN}) {
+        for (const Translator& translator : {ipv4_key_of(4, before.size()), ipv6_key}) {
+            const Outcome outcome = translate_with_length(translator, counting(translator.in_size), length, before);
+            EXPECT_EQ(outcome.status, 0);
+            EXPECT_EQ(outcome.length, static_cast<std::uint32_t>(length));
+            EXPECT_EQ(hex(outcome.out), hex(before));
+        }
+    }
 }
 
 TEST(FastIpLeafKey, NullArgumentsAreNothingToDo) {
