@@ -37,7 +37,7 @@ int main(void) {
         status = table->result(result, (int32_t)sizeof result, physical_result, &result_length);
     }
     if (status != NPXLATE_OK) {
-        fprintf(stderr, "Table %d does not take the entry: status %d\n", ipv4_multicast_leaf, (int)status);
+        (void)fprintf(stderr, "Table %d does not take the entry: status %d\n", ipv4_multicast_leaf, (int)status);
         return 1;
     }
     print_record("logical key", key, sizeof key);
@@ -48,12 +48,12 @@ int main(void) {
     /* And back. Many reverse translators check the length that they are given: hand in the true one. */
     status = p2l_ucode_func_table[ipv4_multicast_leaf](physical_result, (int32_t)result_length, read_back);
     if (status != NPXLATE_OK) {
-        fprintf(stderr, "Table %d does not read the entry back: status %d\n", ipv4_multicast_leaf, (int)status);
+        (void)fprintf(stderr, "Table %d does not read the entry back: status %d\n", ipv4_multicast_leaf, (int)status);
         return 1;
     }
     print_record("read back", read_back, sizeof result);
     if (memcmp(read_back, result, sizeof result) != 0) {
-        fprintf(stderr, "The entry came back different.\n");
+        (void)fprintf(stderr, "The entry came back different.\n");
         return 1;
     }
     printf("The entry came back as it was programmed.\n");

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <iostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -97,7 +98,7 @@ int main() {
         mirror_destination();
         multicast_encapsulation();
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
+        std::cerr << error.what() << '\n';
         return 1;
     }
     return 0;
