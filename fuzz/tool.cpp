@@ -3,8 +3,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 #include <string_view>
 
@@ -16,7 +16,7 @@ namespace {
 
 void require(bool holds, const char* what) {
     if (!holds) {
-        std::fprintf(stderr, "%s\n", what);
+        std::cerr << what << '\n';
         std::abort();
     }
 }

@@ -6,9 +6,9 @@
 // holds before and a wrong length argument, four for the fourth argument, then the record.
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 #include <memory>
 #include <vector>
 
@@ -23,7 +23,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 void require(bool holds, const Translator& translator, const char* what) {
     if (!holds) {
-        std::fprintf(stderr, "%.*s: %s\n", static_cast<int>(translator.name.size()), translator.name.data(), what);
+        std::cerr << translator.name << ": " << what << '\n';
         std::abort();
     }
 }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <map>
 #include <string>
 #include <string_view>
@@ -35,7 +36,7 @@ std::vector<Line> lines() {
     for (const comparison::Record& record : comparison::records) {
         const Translator* library = catalogue::find(record.translator);
         if (library == nullptr) {
-            std::fprintf(stderr, "no translator %s\n", record.translator);
+            std::cerr << "no translator " << record.translator << '\n';
             std::exit(1);
         }
         std::vector<Translator> by_way(4, *library);

@@ -70,7 +70,7 @@ int run_command(int argc, const char* const* argv) {
 
 int run(int argc, const char* const* argv) {
     // A reader that goes away is a write error like any other.
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     try {
         return run_command(argc, argv);
     } catch (const Failure& failure) {
