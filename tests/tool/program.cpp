@@ -96,6 +96,7 @@ Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     std::vector<std::string> environment = setting.environment;
     const auto pointers = [](std::vector<std::string>& strings) {
         std::vector<char*> result;
+        result.reserve(strings.size() + 1);
         for (std::string& string : strings) {
             result.push_back(string.data());
         }

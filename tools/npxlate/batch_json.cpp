@@ -89,7 +89,7 @@ private:
             throw WrongInput{fmt::format("bad JSON: {}", simdjson::error_message(error))};
         }
         if (!whole.is_object()) {
-            throw WrongInput{"expected an entry, {\"table\": ..., \"key\": ..., \"result\": ...}"};
+            throw WrongInput{R"(expected an entry, {"table": ..., "key": ..., "result": ...})"};
         }
         members_.clear();
         table_ = type_ = logical_key_ = {};
@@ -121,13 +121,13 @@ private:
             members_.push_back(member);
         }
         if (table_.empty()) {
-            throw WrongInput{"expected \"table\", a table id or a translator's name"};
+            throw WrongInput{R"(expected "table", a table id or a translator's name)"};
         }
         if (records[index(Role::reverse)] && (records[index(Role::key)] || records[index(Role::result)])) {
-            throw WrongInput{"expected either \"physical_result\" or \"key\" and \"result\", not both"};
+            throw WrongInput{R"(expected either "physical_result" or "key" and "result", not both)"};
         }
         if (!records[index(Role::key)] && !records[index(Role::result)] && !records[index(Role::reverse)]) {
-            throw WrongInput{"expected \"key\", \"result\" or \"physical_result\""};
+            throw WrongInput{R"(expected "key", "result" or "physical_result")"};
         }
     }
 
