@@ -86,7 +86,7 @@ TEST(Account, OfAReceiveAdjacencyWithAComputedByte) {
     EXPECT_EQ(field_at(account, "P4"), "computed L1.2 L28: L28 + 7 when L1.2 is set");
     // L0.5 goes out as P3.7, but of the byte that it would choose nothing does; L0.6 only decides.
     EXPECT_EQ(with_fate(account, Fate::steered), "L0.6");
-    EXPECT_EQ(account.in_bits[29 * 8].fate, Fate::dropped);
+    EXPECT_EQ(account.in_bits[std::size_t{8} * 29].fate, Fate::dropped);
 }
 
 TEST(Account, OfAReceiveAdjacencyReadBack) {
@@ -125,7 +125,7 @@ TEST(Account, OfABfdPayload) {
     record[0] = 0x20;  // L0.5: one word only
     const Account word = explain::account(payload, record);
     EXPECT_EQ(field_at(word, "P12-15"), "copied L12-15");
-    EXPECT_EQ(word.in_bits[8 * 4].fate, Fate::dropped);
+    EXPECT_EQ(word.in_bits[std::size_t{8} * 4].fate, Fate::dropped);
 }
 
 TEST(Account, OfACrossConnectKeyThatClearsAByteMore) {

@@ -6,7 +6,7 @@
 _Static_assert(sizeof(struct npxlate_l2p_entry) == 2 * sizeof(void (*)(void)), "an entry is two pointers");
 _Static_assert(offsetof(struct npxlate_l2p_entry, key) == 0, "the key translator first");
 _Static_assert(sizeof(npxlate_p2l_entry) == sizeof(void (*)(void)), "an entry is one pointer");
-_Static_assert(sizeof l2p_ucode_func_table == 128 * 2 * sizeof(void (*)(void)), "128 tables");
+_Static_assert(sizeof l2p_ucode_func_table == sizeof(void (*)(void)) * 2 * 128, "128 tables");
 _Static_assert(sizeof p2l_ucode_func_table == 128 * sizeof(void (*)(void)), "128 tables");
 _Static_assert(sizeof quill_to_topparse_mregs == 480, "60 registers");
 _Static_assert(sizeof quill_to_topresolve_mregs == 1536, "192 registers");
