@@ -151,7 +151,7 @@ TEST(Vocabulary, EveryKindOfRowWritesItsLogicalPositionsAndNoOthers) {
 }
 
 // Single bits of a few bytes, each with a way of its own, as the flags of a record are: what multiplications gather.
-constexpr unsigned flag_bytes = 5;
+constexpr std::size_t flag_bytes = 5;
 constexpr unsigned flag_count = 18;
 
 struct Flags {
@@ -161,12 +161,13 @@ struct Flags {
 
 constexpr Flags scattered_flags(unsigned test) {
     const auto choose = [test](std::array<std::uint8_t, flag_count>& chosen, unsigned which, unsigned bytes) {
+        const unsigned count = 8 * bytes;
         std::array<std::uint8_t, 8 * flag_bytes> bits{};
-        for (unsigned i = 0; i < 8 * bytes; ++i) {
+        for (unsigned i = 0; i < count; ++i) {
             bits[i] = static_cast<std::uint8_t>(i);
         }
-        for (unsigned i = 0; i < flag_count; ++i) {
-            std::swap(bits[i], bits[i + scattered(test, which + i, 8 * bytes - i)]);
+        for (unsigned i = 0; i < flag_count && i < count; ++i) {
+            std::swap(bits[i], bits[i + scattered(test, which + i, count - i)]);
             chosen[i] = bits[i];
         }
     };

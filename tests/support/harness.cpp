@@ -63,8 +63,8 @@ extern "C" void report_outside_access(int) {
 
 void report_outside_accesses() {
     static const bool installed = [] {
-        std::signal(SIGSEGV, report_outside_access);
-        std::signal(SIGBUS, report_outside_access);
+        static_cast<void>(std::signal(SIGSEGV, report_outside_access));
+        static_cast<void>(std::signal(SIGBUS, report_outside_access));
         return true;
     }();
     (void)installed;
@@ -196,7 +196,7 @@ Outcome translate(const Translator& translator, const Bytes& in, const Bytes& be
 
 Outcome translate_with_length(const Translator& translator, const Bytes& in, std::int32_t length, const Bytes& before) {
     const Bytes start = before.empty() ? Bytes(translator.out_size) : before;
-    const Outcome first = call_once(translator, in, length, start, Place::at_end);
+    Outcome first = call_once(translator, in, length, start, Place::at_end);
     for (const Place place : {Place::at_start, Place::unaligned}) {
         EXPECT_EQ(call_once(translator, in, length, start, place), first)
             << translator.name << " answers differently at another address, for " << hex(in);

@@ -24,13 +24,13 @@ struct Translator {
 };
 
 // A key or result translator; sizes of the logical and of the physical record.
-Translator forward(std::string name, npxlate_result_fn* translate, std::size_t logical, std::size_t physical);
+Translator forward(std::string name, npxlate_result_fn* function, std::size_t logical, std::size_t physical);
 // A reverse translator; sizes of the physical and of the logical record.
-Translator reverse(std::string name, npxlate_reverse_fn* translate, std::size_t physical, std::size_t logical);
+Translator reverse(std::string name, npxlate_reverse_fn* function, std::size_t physical, std::size_t logical);
 // The two reverse translators with a fourth argument.
-Translator reverse_by_type(std::string name, npxlate_reverse_by_type_fn* translate, std::size_t physical,
+Translator reverse_by_type(std::string name, npxlate_reverse_by_type_fn* function, std::size_t physical,
                            std::size_t logical, std::uint32_t entry_type);
-Translator reverse_by_key(std::string name, npxlate_reverse_by_key_fn* translate, std::size_t physical,
+Translator reverse_by_key(std::string name, npxlate_reverse_by_key_fn* function, std::size_t physical,
                           std::size_t logical, const Bytes& logical_key);
 
 // Names the translator after its function: FORWARD(tx_adjacency_type_xlate_key, 3, 3).
