@@ -59,6 +59,7 @@ std::vector<Job> every_variant() {
 TEST(Threads, TranslateAtOnceWhatOneTranslatesAlone) {
     const std::vector<Job> jobs = every_variant();
     std::vector<Job::Outcome> alone;
+    alone.reserve(jobs.size());
     for (const Job& job : jobs) {
         alone.push_back(job.run());
     }
