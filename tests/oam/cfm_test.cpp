@@ -180,7 +180,7 @@ TEST(Cfm, IsReachedByNameOnly) {
             EXPECT_NE(entry.result, result);
         }
     }
-    for (const npxlate_p2l_entry entry : p2l_ucode_func_table) {
+    for (npxlate_reverse_fn* const entry : p2l_ucode_func_table) {
         for (npxlate_reverse_fn* back :
              {&cfm_logical_hwo_xlate_tx_result, &cfm_logical_hwo_xlate_tx2_result, &cfm_logical_hwo_xlate_rx_result}) {
             EXPECT_NE(entry, back);
