@@ -1,6 +1,7 @@
 // The page of surprises, against what the catalogue knows: whoever looks a table up there finds what to know about it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <fstream>
 #include <iterator>
@@ -44,12 +45,7 @@ std::string section(const std::string& heading) {
 bool is_generic(const Translator& translator) { return translator.family == "frame"; }
 
 bool has_its_own(unsigned table) {
-    for (const Role role : roles) {
-        if (!is_generic(catalogue::of_table(table, role))) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(roles, [table](Role role) { return !is_generic(catalogue::of_table(table, role)); });
 }
 
 TEST(Surprises, EveryTableWithTranslatorsOfItsOwnHasAnEntry) {

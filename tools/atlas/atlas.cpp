@@ -16,7 +16,6 @@ namespace atlas {
 namespace {
 
 using catalogue::Lengths;
-using catalogue::Role;
 using catalogue::Trait;
 using catalogue::Translator;
 using explain::Field;
