@@ -41,7 +41,10 @@ TEST(EgressPortKey, CarriesEveryBit) {
 TEST(EgressPortKey, WritesTwoBytesWhateverTheLength) {
     // Beside the generic key, which would copy as many bytes as the length says.
     expect_length_ignored(key, bytes("12 34"));
-    EXPECT_EQ(translate(key, bytes("12 34")).length, 2U);
+    const Outcome outcome = translate(key, bytes("12 34"));
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.length, 2U);
+    EXPECT_EQ(hex(outcome.out), "12 34");
 }
 
 }  // namespace
