@@ -1,24 +1,17 @@
 // The translators of tables whose logical and physical records hold the same bytes, and the two pairs of tables that
 // are addressed by name.
 
-#include <cstring>
-
 #include "frame/helpers.h"
 
 using namespace npxlate;
 
 namespace {
 
-// The bounds differ on purpose: a 64-byte result can be programmed but not read back.
+// The bounds differ on purpose: a 64-byte result can be programmed but not read back. A negative length passes them and
+// is the caller's error.
 constexpr std::int32_t max_key_length = 47;
 constexpr std::int32_t max_result_length = 64;
 constexpr std::int32_t max_reverse_length = 63;
-
-// A negative length passes the bound and is the caller's error.
-void copy(void* to, const void* from, std::int32_t length) {
-    trace::copied(0, 0, 8 * static_cast<unsigned>(length), false);
-    std::memcpy(to, from, static_cast<std::size_t>(length));
-}
 
 // clang-format off: one row a line.
 constexpr Layout fast_ip_result{
@@ -48,7 +41,7 @@ std::int32_t generic_xlate_key(const void* logical, std::int32_t logical_length,
     if (logical_length > max_key_length) {
         return NPXLATE_INVALID;
     }
-    copy(physical, logical, logical_length);
+    copy_bytes(physical, logical, logical_length);
     *physical_length = static_cast<std::uint32_t>(logical_length);
     return NPXLATE_OK;
 }
@@ -58,10 +51,8 @@ std::int32_t generic_xlate_result(const void* logical, std::int32_t logical_leng
     if (logical_length > max_result_length) {
         return NPXLATE_INVALID;
     }
-    copy(physical, logical, logical_length);
-    trace::put(Side::physical, 4, 1, "1, of the header 0x11 that is ORed into P0");
-    trace::put(Side::physical, 0, 1, "1, of the header 0x11 that is ORed into P0");
-    *static_cast<std::uint8_t*>(physical) |= result_header;
+    copy_bytes(physical, logical, logical_length);
+    set_header_bits(physical, result_header);
     *physical_length = static_cast<std::uint32_t>(logical_length);
     return NPXLATE_OK;
 }
@@ -70,7 +61,7 @@ std::int32_t generic_xlate_logical_result(const void* physical, std::int32_t phy
     if (physical_length > max_reverse_length) {
         return NPXLATE_INVALID;
     }
-    copy(logical, physical, physical_length);
+    copy_bytes(logical, physical, physical_length);
     return NPXLATE_OK;
 }
 
@@ -107,8 +98,4 @@ std::int32_t modulo_xlate_result(const void* logical, std::int32_t, void* physic
     place<modulo_result>(out, in);
     out.store(physical);
     return NPXLATE_OK;
-}
-
-std::uint32_t new_vqi_based_on_vqi_range(std::uint32_t vqi, std::uint32_t range) {
-    return adjusted_virtual_queue_index(vqi, range);
 }

@@ -42,43 +42,18 @@ NPXLATE_INLINE std::int32_t copy_key(const void* logical, void* physical, std::u
 // A physical hop byte: twice the count and one; counts above 64 stand as 1.
 inline constexpr Function hop_byte{
     "2 x hops + 1, more than 64 hops taken as 1",
-    [](std::uint32_t hops) { return 2 * (hops > 64 ? 1 : hops) + 1; },
+    [](Number hops) -> Number { return 2 * choose(hops > 64, 1, hops) + 1; },
 };
 
 inline constexpr Function plus_one{
     "plus 1, modulo 256",
-    [](std::uint32_t value) { return value + 1; },
+    [](Number value) -> Number { return value + 1; },
 };
 
 // Of the values of a kind only 1 and 2 survive.
 inline constexpr Function two_value_code{
     "1 for 1, 2 for 2, 0 for any other value",
-    [](std::uint32_t kind) { return kind == 1 || kind == 2 ? kind : 0U; },
+    [](Number kind) -> Number { return choose(kind == 1 || kind == 2, kind, 0); },
 };
-
-// Writes into the record that was handed in to be read, least significant byte first: a few tables ask for that, and
-// their callers know.
-template <std::size_t count, Side side>
-NPXLATE_INLINE void change_input(const void* record, Position<side> at, std::uint32_t value, const char* sentence) {
-    trace::changed_input(at.first_bit(), 8 * count, sentence);
-    store_little<count>(static_cast<std::uint8_t*>(const_cast<void*>(record)) + at.byte, value);
-}
-
-// Writes into a record that is stored already, least significant byte first: for a position known only at run time.
-template <std::size_t count, Side side>
-NPXLATE_INLINE void store_into(void* record, Position<side> at, std::uint32_t value, const char* sentence) {
-    trace::put(side, at.first_bit(), 8 * count, sentence);
-    store_little<count>(static_cast<std::uint8_t*>(record) + at.byte, value);
-}
-
-// Bytes of a record to the front of the other, in reverse order; nothing for a count of 0 or less.
-inline void reverse_byte_copy(void* to_record, const void* from_record, std::int32_t first, std::int32_t count) {
-    auto* to = static_cast<std::uint8_t*>(to_record);
-    const auto* from = static_cast<const std::uint8_t*>(from_record) + first;
-    trace::copied(0, 8 * static_cast<unsigned>(first), 8 * static_cast<unsigned>(count > 0 ? count : 0), true);
-    for (std::int32_t i = 0; i < count; ++i) {
-        to[count - 1 - i] = from[i];
-    }
-}
 
 }  // namespace npxlate

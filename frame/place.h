@@ -1,16 +1,19 @@
 // What translators do with records: place a layout, put a computed value, finish.
 #pragma once
 
+#include "frame/record.h"
+
+#ifndef NPXLATE_TRACED  // which has all of this on its own records
+
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 #include <utility>
 
 #include <npxlate/npxlate.h>
 
 #include "frame/plan.h"
-#include "frame/record.h"
-#include "frame/trace.h"
 #include "frame/virtual_queue_index.h"
 
 namespace npxlate {
@@ -101,7 +104,7 @@ NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_
         constexpr unsigned shift = row.to.first_bit % 64;
         if constexpr (row.kind == RowKind::virtual_queue_index) {
             const std::uint32_t vqi =
-                adjusted_virtual_queue_index(field<row.from[0], from_size>(from), field<row.from[1], from_size>(from));
+                queue_index.apply(field<row.from[0], from_size>(from), field<row.from[1], from_size>(from));
             if constexpr (shift <= 48) {
                 out.write(word, 0, std::uint64_t{__builtin_bswap16(static_cast<std::uint16_t>(vqi))} << shift);
             } else {
@@ -137,17 +140,15 @@ NPXLATE_INLINE void place(Record<side, to_size>& out, const Source<opposite(side
     static_assert(layout.side == side, "the layout writes the other record");
     static_assert(layout.bytes_written() <= to_size, "a row writes outside its record");
     static_assert(layout.bytes_read() <= from_size, "a row reads outside its record");
-    trace::placed<layout>();
     place_detail::place_all<layout, side, to_size, from_size>(
         out, in.bytes(), std::make_index_sequence<Record<side, to_size>::word_count>{},
         std::make_index_sequence<layout.rows.size()>{});
 }
 
-// What only code can say: a value that is no row, with the sentence in which the tools describe it. Bits of the value
-// that do not fit are dropped.
+// What only code can say: a value that is no row, of a field that may have a name. Bits of the value that do not fit are
+// dropped.
 template <Side side, std::size_t size>
-NPXLATE_INLINE void put(Record<side, size>& out, Position<side> to, std::uint32_t value, const char* sentence) {
-    trace::put(side, to.first_bit(), to.width(), sentence);
+NPXLATE_INLINE void put(Record<side, size>& out, Position<side> to, Number value, const char* = nullptr) {
     const unsigned shift = to.first_bit() % 64;
     const std::uint64_t mask = (std::uint64_t{1} << to.width()) - 1;
     out.write(to.byte / 8, mask << shift, (value & mask) << shift);
@@ -155,8 +156,7 @@ NPXLATE_INLINE void put(Record<side, size>& out, Position<side> to, std::uint32_
 
 // A value of `count` bytes, least significant byte first.
 template <std::size_t count, Side side, std::size_t size>
-NPXLATE_INLINE void put_little(Record<side, size>& out, Position<side> to, std::uint32_t value, const char* sentence) {
-    trace::put(side, to.first_bit(), 8 * count, sentence);
+NPXLATE_INLINE void put_little(Record<side, size>& out, Position<side> to, Number value, const char* = nullptr) {
     const unsigned in_first_word = 8 - to.byte % 8;
     const unsigned shift = 8 * (to.byte % 8);
     constexpr std::uint64_t mask = (std::uint64_t{1} << 8 * count) - 1;
@@ -169,9 +169,48 @@ NPXLATE_INLINE void put_little(Record<side, size>& out, Position<side> to, std::
 
 // A value of `count` bytes, most significant byte first.
 template <std::size_t count, Side side, std::size_t size>
-NPXLATE_INLINE void put_big(Record<side, size>& out, Position<side> to, std::uint32_t value, const char* sentence) {
-    put_little<count>(out, to, __builtin_bswap32(value) >> (32 - 8 * count), sentence);
+NPXLATE_INLINE void put_big(Record<side, size>& out, Position<side> to, Number value, const char* = nullptr) {
+    put_little<count>(out, to, reversed_bytes(value, count));
 }
+
+// Writes into the record that was handed in to be read, least significant byte first: a few tables ask for that, and
+// their callers know.
+template <std::size_t count, Side side>
+NPXLATE_INLINE void change_input(const void* record, Position<side> at, Number value) {
+    store_little<count>(static_cast<std::uint8_t*>(const_cast<void*>(record)) + at.byte, value);
+}
+
+// Writes into a record that is stored already, least significant byte first: for a position known only at run time.
+template <std::size_t count, Side side>
+NPXLATE_INLINE void store_into(void* record, Position<side> at, Number value) {
+    store_little<count>(static_cast<std::uint8_t*>(record) + at.byte, value);
+}
+
+// What a few translators do to as many bytes of a record as the caller says. A negative count is the caller's error.
+NPXLATE_INLINE void copy_bytes(void* to_record, const void* from_record, std::int32_t count) {
+    std::memcpy(to_record, from_record, static_cast<std::size_t>(count));
+}
+NPXLATE_INLINE void clear_bytes(void* record, std::int32_t count) {
+    std::memset(record, 0, static_cast<std::size_t>(count));
+}
+NPXLATE_INLINE void set_header_bits(void* physical, std::uint8_t header) {
+    *static_cast<std::uint8_t*>(physical) |= header;
+}
+
+// Bytes of a record to the front of the other, in reverse order; nothing for a count of 0 or less.
+inline void reverse_byte_copy(void* to_record, const void* from_record, std::int32_t first, std::int32_t count) {
+    auto* to = static_cast<std::uint8_t*>(to_record);
+    const auto* from = static_cast<const std::uint8_t*>(from_record) + first;
+    for (std::int32_t i = 0; i < count; ++i) {
+        to[count - 1 - i] = from[i];
+    }
+}
+
+}  // namespace npxlate
+
+#endif
+
+namespace npxlate {
 
 // Stores the physical record and its length.
 template <std::size_t size>

@@ -2,16 +2,18 @@
 // once. Sources and stores keep to the bytes of their record, at any address, in the same byte order on every machine.
 #pragma once
 
+#ifdef NPXLATE_TRACED
+#include "trace/record.h"
+#else
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <utility>
 
+#include "frame/number.h"
 #include "frame/position.h"
-#include "frame/trace.h"
-
-#define NPXLATE_INLINE inline __attribute__((always_inline))
 
 namespace npxlate {
 
@@ -83,22 +85,20 @@ public:
 
     // What a translator decides by or computes from; the values of two bytes and more are named after the byte order in
     // which they are read.
-    NPXLATE_INLINE bool bit(Position<side> at) const { return bits(at) != 0; }
-    NPXLATE_INLINE std::uint32_t bits(Position<side> at) const {
-        trace::looked_at(side, at.first_bit(), at.width());
+    NPXLATE_INLINE Truth bit(Position<side> at) const { return bits(at) != 0; }
+    NPXLATE_INLINE Number bits(Position<side> at) const {
         return (bytes_[at.byte] >> at.low) & ((1U << at.width()) - 1);
     }
-    NPXLATE_INLINE std::uint8_t byte(Position<side> at) const { return static_cast<std::uint8_t>(little<1>(at)); }
-    NPXLATE_INLINE std::uint16_t little16(Position<side> at) const { return static_cast<std::uint16_t>(little<2>(at)); }
-    NPXLATE_INLINE std::uint32_t little24(Position<side> at) const { return static_cast<std::uint32_t>(little<3>(at)); }
-    NPXLATE_INLINE std::uint32_t little32(Position<side> at) const { return static_cast<std::uint32_t>(little<4>(at)); }
-    NPXLATE_INLINE std::uint32_t big32(Position<side> at) const { return __builtin_bswap32(little32(at)); }
+    NPXLATE_INLINE Number byte(Position<side> at) const { return little<1>(at); }
+    NPXLATE_INLINE Number little16(Position<side> at) const { return little<2>(at); }
+    NPXLATE_INLINE Number little24(Position<side> at) const { return little<3>(at); }
+    NPXLATE_INLINE Number little32(Position<side> at) const { return little<4>(at); }
+    NPXLATE_INLINE Number big32(Position<side> at) const { return __builtin_bswap32(little32(at)); }
 
 private:
     template <std::size_t count>
-    NPXLATE_INLINE std::uint64_t little(Position<side> at) const {
-        trace::looked_at(side, at.first_bit(), 8 * count);
-        return load_little<count>(bytes_ + at.byte);
+    NPXLATE_INLINE Number little(Position<side> at) const {
+        return static_cast<Number>(load_little<count>(bytes_ + at.byte));
     }
 
     const std::uint8_t* bytes_;
@@ -130,10 +130,18 @@ public:
         store_words(static_cast<std::uint8_t*>(record), std::make_index_sequence<word_count>{});
     }
 
+    // The first bytes alone, or the whole record if that is shorter.
+    NPXLATE_INLINE void store_first(void* record, std::int32_t bytes) const {
+        std::uint8_t whole[size];
+        store(whole);
+        const auto count = static_cast<std::size_t>(bytes);
+        std::memcpy(record, whole, count < size ? count : size);
+    }
+
     // What has been placed so far.
-    NPXLATE_INLINE bool bit(Position<side> at) const { return bits(at) != 0; }
-    NPXLATE_INLINE std::uint32_t bits(Position<side> at) const {
-        return static_cast<std::uint32_t>(word_[at.byte / 8] >> (at.first_bit() % 64)) & ((1U << at.width()) - 1);
+    NPXLATE_INLINE Truth bit(Position<side> at) const { return bits(at) != 0; }
+    NPXLATE_INLINE Number bits(Position<side> at) const {
+        return static_cast<Number>(word_[at.byte / 8] >> (at.first_bit() % 64)) & ((1U << at.width()) - 1);
     }
 
     // Replaces the bits of `mask` in one word.
@@ -174,3 +182,5 @@ template <std::size_t size>
 using PhysicalRecord = Record<Side::physical, size>;
 
 }  // namespace npxlate
+
+#endif

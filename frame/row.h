@@ -29,15 +29,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "frame/number.h"
 #include "frame/position.h"
 
 namespace npxlate {
-
-// A pure function of a field, with the words in which the tools describe it.
-struct Function {
-    const char* description;
-    std::uint32_t (*apply)(std::uint32_t);
-};
 
 enum class RowKind : std::uint8_t {
     nothing,
@@ -57,6 +52,8 @@ enum class RowKind : std::uint8_t {
 struct Span {
     std::uint16_t first_bit = 0;
     std::uint16_t width = 0;  // 0: not there
+
+    bool operator==(const Span&) const = default;
 };
 
 // A place from which any() and none() look, of one byte or of several.

@@ -1,20 +1,22 @@
 // The adjustment of a virtual queue index by its range.
 #pragma once
 
-#include <cstdint>
+#include "frame/number.h"
 
 namespace npxlate {
 
-// Only the low 8 bits of the range count.
-constexpr std::uint32_t adjusted_virtual_queue_index(std::uint32_t vqi, std::uint32_t range) {
-    switch (range & 0xff) {
-        case 4:
-            return vqi | 0x0800;
-        case 8:
-            return vqi | 0x0c00;
-        default:
-            return vqi;
-    }
-}
+inline constexpr FunctionOfTwo queue_index{
+    "queue index, ORed with 0x800 for range 4 and with 0xc00 for range 8",
+    [](Number index, Number range) -> Number {
+        const Number low_byte = range & 0xff;  // of the range nothing else counts
+        if (low_byte == 4) {
+            return index | 0x0800;
+        }
+        if (low_byte == 8) {
+            return index | 0x0c00;
+        }
+        return index;
+    },
+};
 
 }  // namespace npxlate

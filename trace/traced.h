@@ -2,9 +2,6 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
-
-#include "frame/trace_recorder.h"
 
 namespace traced {
 

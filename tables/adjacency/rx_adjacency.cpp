@@ -154,10 +154,10 @@ std::int32_t rx_adjacency_type_xlate_result(const void* logical, std::int32_t, v
     } else if (in.bit(L(1, 0))) {
         place<variant_c>(out, in);
         if (in.bit(L(1, 2))) {
-            put(out, P(4), in.byte(L(28)) + 7U, "L28 + 7 when L1.2 is set");
+            put(out, P(4), in.byte(L(28)) + 7U);
         }
         if (in.bit(L(1, 1))) {
-            put(out, P(4), in.byte(L(29)), "L29 when L1.1 is set, whatever L1.2 is");
+            put(out, P(4), in.byte(L(29)));
         }
     } else if (in.bit(L(1, 3))) {
         place<variant_d>(out, in);
@@ -181,7 +181,7 @@ std::int32_t rx_adjacency_type_logical_xlate_result(const void* physical, std::i
     } else if (out.bit(L(1, 0))) {
         place<restored_c>(out, in);
         if (in.bit(P(1, 2))) {
-            put(out, L(28), in.byte(P(4)) - 7U, "P4 - 7 when P1.2 is set");
+            put(out, L(28), in.byte(P(4)) - 7U);
         }
         if (in.bit(P(1, 1))) {
             place<restored_c_l29>(out, in);

@@ -66,10 +66,10 @@ std::int32_t te_nh_adjacency_type_xlate_result(const void* logical, std::int32_t
     }
     if (in.bit(L(0, 5))) {
         place<l0_5_set>(out, in);
-        put(out, P(1, 0), in.byte(L(56)) > highest_unmarked_l56, "1 when L56 is greater than 31");
+        put(out, P(1, 0), in.byte(L(56)) > highest_unmarked_l56);
     } else {
         place<l0_5_clear>(out, in);
-        put(out, P(0, 7), in.little24(L(8)) <= TX_ADJ_KEY_MAX, "1 when L8-10 is at most TX_ADJ_KEY_MAX");
+        put(out, P(0, 7), in.little24(L(8)) <= setting(TX_ADJ_KEY_MAX));
     }
     return finish(out, physical, physical_length);
 }

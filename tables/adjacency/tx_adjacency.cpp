@@ -232,7 +232,7 @@ std::int32_t tx_adjacency_type_xlate_result(const void* logical, std::int32_t, v
         if (in.bit(L(12, 1))) {
             place<t1_value>(out, in);
         } else {
-            put(out, P(11, 2), in.bit(L(12, 3)) && in.bit(L(12, 2)), "L12.3 AND L12.2");
+            put(out, P(11, 2), in.bit(L(12, 3)) && in.bit(L(12, 2)));
             place<t1_queue>(out, in);
         }
         if (out.bit(P(11, 2))) {

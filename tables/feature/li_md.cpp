@@ -47,9 +47,9 @@ std::int32_t li_md_st_xlate_key(const void* logical, std::int32_t, void* physica
     const LogicalSource<2> in{logical};
     PhysicalRecord<2> out;
     if (in.bit(L(0, 0))) {
-        const std::uint32_t index = ((in.little16(L(0)) >> 1) + flagged_index_offset) & 0x7fff;
-        change_input<2>(logical, L(0), index << 1 | 1, "the index L0-1 >> 1 with 512 added, L0.0 kept at 1");
-        put_little<2>(out, P(0), index, "the 15-bit index in L0-1 from L0.1 up, plus 512, when L0.0 is set");
+        const Number index = ((in.little16(L(0)) >> 1) + flagged_index_offset) & 0x7fff;
+        change_input<2>(logical, L(0), index << 1 | 1);
+        put_little<2>(out, P(0), index);
     } else {
         place<key>(out, in);
     }

@@ -108,9 +108,9 @@ std::int32_t platform_xlate_pit_result(const void* logical, std::int32_t, void* 
                                        std::uint32_t* physical_length) {
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
-    const bool l0_3 = in.bit(L(0, 3));
-    const bool l0_4 = in.bit(L(0, 4));
-    const bool l0_5 = in.bit(L(0, 5));
+    const Truth l0_3 = in.bit(L(0, 3));
+    const Truth l0_4 = in.bit(L(0, 4));
+    const Truth l0_5 = in.bit(L(0, 5));
     place<common>(out, in);
     if (in.bit(L(0, 0)) || in.bit(L(3, 1))) {
         place<layout_1>(out, in);

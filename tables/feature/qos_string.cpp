@@ -72,9 +72,9 @@ constexpr Kind kinds[16] = {
 struct Group {
     L pairs;  // three times a byte of two codes and two values
     P mask;   // two bytes, then six values
-    const char* mask_sentence;
-    const char* pair_1_sentence;
-    const char* pairs_2_and_3_sentence;
+    const char* mask_words;
+    const char* pair_1_words;
+    const char* pairs_2_and_3_words;
 };
 
 constexpr Group group_1{
@@ -93,39 +93,39 @@ constexpr Group group_2{
     "L22, L23, L25 or L26, shifted by the kind in L18, with bit 6 set; 0 for code 15 in L21 or L24",
 };
 
-NPXLATE_INLINE std::uint32_t marking(std::uint32_t code, std::uint32_t shifted_value) {
-    constexpr std::uint32_t present = 0x40;
-    return code == no_value ? 0 : present | (shifted_value & 0x3f);
+NPXLATE_INLINE Number marking(Number code, Number shifted_value) {
+    constexpr unsigned present = 0x40;
+    return choose(code == no_value, 0, present | (shifted_value & 0x3f));
 }
 
 NPXLATE_INLINE void put_markings(PhysicalRecord<physical_size>& out, const LogicalSource<logical_size>& in,
                                  const Group& group) {
-    const auto high_code = [&](L pair) { return std::uint32_t{in.byte(pair)} >> 4; };
-    const auto low_code = [&](L pair) { return std::uint32_t{in.byte(pair)} & 15; };
+    const auto high_code = [&](L pair) { return in.byte(pair) >> 4; };
+    const auto low_code = [&](L pair) { return in.byte(pair) & 15; };
     const L pair_1 = group.pairs;
     const P values = group.mask.after(2);
 
     // Only the codes of pair 1 enter the mask, and their shifts serve all three pairs.
-    const Kind first = kinds[high_code(pair_1)];
-    const Kind second = kinds[low_code(pair_1)];
-    const std::uint32_t added = second.mask & ~std::uint32_t{first.mask};
-    put_little<2>(out, group.mask, first.mask | added, group.mask_sentence);
+    const Number high_mask = entry_of(kinds, high_code(pair_1), &Kind::mask);
+    const Number high_shift = entry_of(kinds, high_code(pair_1), &Kind::shift);
+    const Number low_mask = entry_of(kinds, low_code(pair_1), &Kind::mask);
+    const Number low_shift = entry_of(kinds, low_code(pair_1), &Kind::shift);
+    const Number added = low_mask & ~high_mask;
+    put_little<2>(out, group.mask, described(high_mask | added, group.mask_words));
 
-    std::uint32_t a = std::uint32_t{in.byte(pair_1.after(1))} >> first.shift;
-    std::uint32_t b = std::uint32_t{in.byte(pair_1.after(2))} >> second.shift;
-    if (first.mask < added) {
-        std::swap(a, b);
-    }
-    put(out, values, marking(high_code(pair_1), a), group.pair_1_sentence);
-    put(out, values.after(1), marking(low_code(pair_1), b), group.pair_1_sentence);
+    const Number high = in.byte(pair_1.after(1)) >> high_shift;
+    const Number low = in.byte(pair_1.after(2)) >> low_shift;
+    const Truth low_first = high_mask < added;
+    put(out, values, described(marking(high_code(pair_1), choose(low_first, low, high)), group.pair_1_words));
+    put(out, values.after(1), described(marking(low_code(pair_1), choose(low_first, high, low)), group.pair_1_words));
 
     for (unsigned i = 1; i < 3; ++i) {
         const L pair = pair_1.after(3 * i);
         const P value = values.after(2 * i);
-        put(out, value, marking(high_code(pair), std::uint32_t{in.byte(pair.after(1))} >> first.shift),
-            group.pairs_2_and_3_sentence);
-        put(out, value.after(1), marking(low_code(pair), std::uint32_t{in.byte(pair.after(2))} >> second.shift),
-            group.pairs_2_and_3_sentence);
+        put(out, value,
+            described(marking(high_code(pair), in.byte(pair.after(1)) >> high_shift), group.pairs_2_and_3_words));
+        put(out, value.after(1),
+            described(marking(low_code(pair), in.byte(pair.after(2)) >> low_shift), group.pairs_2_and_3_words));
     }
 }
 

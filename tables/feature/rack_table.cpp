@@ -1,6 +1,7 @@
 // Rack table, table 76. Read back by the generic reverse.
 
 #include "frame/helpers.h"
+#include "frame/virtual_queue_index.h"
 
 using namespace npxlate;
 
@@ -33,7 +34,6 @@ std::int32_t quill_rack_table_xlate_result(const void* logical, std::int32_t, vo
     PhysicalRecord<physical_size> out;
     place<result>(out, in);
     // The one queue index that stays little-endian.
-    put_little<2>(out, P(16), adjusted_virtual_queue_index(in.little16(L(0)), in.byte(L(2))),
-                  "virtual queue index L0-1 adjusted by the range L2, byte order kept");
+    put_little<2>(out, P(16), apply(queue_index, in.little16(L(0)), in.byte(L(2))));
     return finish(out, physical, physical_length);
 }

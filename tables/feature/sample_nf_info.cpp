@@ -67,11 +67,11 @@ std::int32_t sample_nf_info_st_xlate_result(const void* logical, std::int32_t, v
     PhysicalRecord<physical_size> out;
     place<common>(out, in);
     // 65536 does not fit into the 16 bits of the rate; 65535 stands for it.
-    const std::uint32_t stored = in.little16(L(0));
-    const std::uint32_t rate = stored == 0xffff ? 0x10000 : stored;
+    const Number stored = in.little16(L(0));
+    const Number rate = choose(stored == 0xffff, 0x10000, stored);
     if (rate >= lowest_mask_rate && (rate & (rate - 1)) == 0) {
         place<rate_as_mask>(out, in);
-        put_big<2>(out, P(4), rate / mask_unit - 1, "L0-1 / 1024 - 1, 65535 taken as 65536");
+        put_big<2>(out, P(4), rate / mask_unit - 1);
     } else {
         place<rate_as_it_is>(out, in);
     }

@@ -63,7 +63,7 @@ std::int32_t span_fwd_st_xlate_result(const void* logical, std::int32_t, void* p
         place<address>(out, in);
     }
     if (in.little16(L(18)) > highest_l18) {
-        change_input<2>(logical, L(18), highest_l18, "128 when L18-19 is above 128");
+        change_input<2>(logical, L(18), highest_l18);
         place<above_limit>(out, in);
     } else {
         place<within_limit>(out, in);

@@ -12,12 +12,12 @@ constexpr std::size_t physical_size = 32;
 
 constexpr Function both_bits{
     "1 if both bits are set",
-    [](std::uint32_t code) -> std::uint32_t { return code == 3; },
+    [](Number code) -> Number { return code == 3; },
 };
 
 constexpr Function lower_bit_alone{
     "1 if only the lower bit is set",
-    [](std::uint32_t code) -> std::uint32_t { return code == 1; },
+    [](Number code) -> Number { return code == 1; },
 };
 
 constexpr Layout common{

@@ -37,6 +37,6 @@ std::int32_t xid_ext_type_logical_xlate_result(const void* physical, std::int32_
     const PhysicalSource<physical_size> in{physical};
     LogicalRecord<logical_size> out;
     place<restored>(out, in);
-    change_input<2>(physical, P(4), __builtin_bswap16(in.little16(P(4))), "P4 and P5 exchanged");
+    change_input<2>(physical, P(4), reversed_bytes(in.little16(P(4)), 2));
     return finish(out, logical);
 }

@@ -56,7 +56,7 @@ constexpr Layout restored_esi{
     copied(L(4), P(2), 4),
 };
 
-bool is_esi_key(const void* logical_key) {
+NPXLATE_INLINE Truth is_esi_key(const void* logical_key) {
     return LogicalSource<key_logical_size>{logical_key}.byte(L(7)) == esi_key_mark;
 }
 

@@ -19,7 +19,7 @@ constexpr Layout key{
 
 constexpr Function l0_1_or_l0_0_without_l0_2{
     "1 if L0.1 is set, or L0.0 is set and L0.2 is clear",
-    [](std::uint32_t flags) { return (flags >> 1 | (flags & ~(flags >> 2))) & 1; },
+    [](Number flags) -> Number { return (flags >> 1 | (flags & ~(flags >> 2))) & 1; },
 };
 
 constexpr Layout common{

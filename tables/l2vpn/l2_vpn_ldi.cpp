@@ -12,7 +12,7 @@ constexpr std::size_t physical_size = 32;
 // Counts above 64 are taken as 1 here too.
 constexpr Function one_path{
     "1 for a count of 1 or of more than 64",
-    [](std::uint32_t count) -> std::uint32_t { return count == 1 || count > 64; },
+    [](Number count) -> Number { return count == 1 || count > 64; },
 };
 
 constexpr Layout common{

@@ -26,7 +26,7 @@ constexpr Layout key_of_other_kinds{
 
 constexpr Function is_four{
     "1 for 4, 0 for any other value",
-    [](std::uint32_t code) -> std::uint32_t { return code == 4; },
+    [](Number code) -> Number { return code == 4; },
 };
 
 constexpr Layout result{
@@ -77,7 +77,7 @@ std::int32_t vni_info_st_xlate_key(const void* logical, std::int32_t, void* phys
     PhysicalRecord<key_physical_size> out;
     if (in.byte(L(0)) == 0) {
         place<key_of_kind_0>(out, in);
-        change_input<4>(logical, L(4), in.little32(L(4)) << 8, "L4-7 shifted left by 8");
+        change_input<4>(logical, L(4), in.little32(L(4)) << 8);
     } else {
         place<key_of_other_kinds>(out, in);
     }

@@ -81,7 +81,7 @@ std::int32_t ipmc_node_res_xlate(const void* logical, std::int32_t, void* physic
     PhysicalRecord<physical_size> out;
     place<fields>(out, in);
     place<header_and_index>(out, in);
-    const std::uint32_t type = in.little32(L(36));
+    const Number type = in.little32(L(36));
     if (type == 3 || type == 4) {
         place<shared_code>(out, in);
     } else {

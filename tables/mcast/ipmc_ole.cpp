@@ -120,23 +120,18 @@ std::int32_t ipmc_ole_res_xlate(const void* logical, std::int32_t, void* physica
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
     place<common>(out, in);
-    switch (in.little32(L(0))) {
-        case 1:
-            place<type_1_bit>(out, in);
-            place<other_types>(out, in);
-            break;
-        case 2:
-            place<type_2>(out, in);
-            break;
-        case 3:
-            place<type_3>(out, in);
-            break;
-        case 4:
-            place<type_4>(out, in);
-            break;
-        default:
-            place<other_types>(out, in);
-            break;
+    const Number type = in.little32(L(0));
+    if (type == 1) {
+        place<type_1_bit>(out, in);
+        place<other_types>(out, in);
+    } else if (type == 2) {
+        place<type_2>(out, in);
+    } else if (type == 3) {
+        place<type_3>(out, in);
+    } else if (type == 4) {
+        place<type_4>(out, in);
+    } else {
+        place<other_types>(out, in);
     }
     return finish(out, physical, physical_length);
 }
@@ -149,7 +144,7 @@ std::int32_t ipmc_ole_logical_res_xlate(const void* physical, std::int32_t physi
     LogicalRecord<logical_size> out;
     place<restored_common>(out, in);
     place<restored_type_4_bit>(out, in);
-    const bool is_type_1 = in.bit(P(0, 5));
+    const Truth is_type_1 = in.bit(P(0, 5));
     if (in.bit(P(0, 6))) {
         place<restored_type_2>(out, in);
     } else if (!is_type_1 && in.bit(P(0, 7))) {

@@ -85,54 +85,46 @@ constexpr Layout restored_type_2 = mirrored("type 2, as the caller says", type_2
 constexpr Layout restored_type_3 = mirrored("type 3, as the caller says", type_3);
 constexpr Layout restored_type_4 = mirrored("type 4, as the caller says", type_4);
 
-std::uint32_t type_of(const void* logical) { return LogicalSource<4>{logical}.little32(L(0)); }
+NPXLATE_INLINE Number type_of(const void* logical) { return LogicalSource<4>{logical}.little32(L(0)); }
 
 }  // namespace
 
 std::int32_t ipmc_mofrr_mvpn_key_xlate(const void* logical, std::int32_t logical_length, void* physical,
                                        std::uint32_t* physical_length) {
-    switch (type_of(logical)) {
-        case 1:
-        case 5:
-            return ipmc_mlc_key_xlate(logical, logical_length, physical, physical_length);
-        case 2:
-        case 3:
-        case 4:
-            return ipmc_encap_info_key_xlate(logical, logical_length, physical, physical_length);
-        default:
-            return NPXLATE_INVALID;
+    const Number type = type_of(logical);
+    if (type == 1 || type == 5) {
+        return ipmc_mlc_key_xlate(logical, logical_length, physical, physical_length);
     }
+    if (type >= 2 && type <= 4) {
+        return ipmc_encap_info_key_xlate(logical, logical_length, physical, physical_length);
+    }
+    return NPXLATE_INVALID;
 }
 
 std::int32_t ipmc_mofrr_mvpn_res_xlate(const void* logical, std::int32_t logical_length, void* physical,
                                        std::uint32_t* physical_length) {
-    switch (type_of(logical)) {
-        case 1:
-        case 5:
-            return ipmc_mlc_res_xlate(logical, logical_length, physical, physical_length);
-        case 2:
-        case 3:
-        case 4:
-            return mvpn_encap_info_res_xlate(logical, logical_length, physical, physical_length);
-        default:
-            return NPXLATE_INVALID;
+    const Number type = type_of(logical);
+    if (type == 1 || type == 5) {
+        return ipmc_mlc_res_xlate(logical, logical_length, physical, physical_length);
     }
+    if (type >= 2 && type <= 4) {
+        return mvpn_encap_info_res_xlate(logical, logical_length, physical, physical_length);
+    }
+    return NPXLATE_INVALID;
 }
 
 std::int32_t ipmc_encap_info_key_xlate(const void* logical, std::int32_t, void* physical,
                                        std::uint32_t* physical_length) {
-    switch (type_of(logical)) {
-        case 2:
-            return place_only<type_2_key, key_logical_size, key_physical_size>(logical, physical, physical_length);
-        case 3:
-        case 4:
-            return place_only<types_3_and_4_key, key_logical_size, key_physical_size>(logical, physical,
-                                                                                      physical_length);
-        default:
-            // The caller's bytes stay, under the length of a key.
-            *physical_length = key_physical_size;
-            return NPXLATE_OK;
+    const Number type = type_of(logical);
+    if (type == 2) {
+        return place_only<type_2_key, key_logical_size, key_physical_size>(logical, physical, physical_length);
     }
+    if (type == 3 || type == 4) {
+        return place_only<types_3_and_4_key, key_logical_size, key_physical_size>(logical, physical, physical_length);
+    }
+    // The caller's bytes stay, under the length of a key.
+    *physical_length = key_physical_size;
+    return NPXLATE_OK;
 }
 
 std::int32_t mvpn_encap_info_res_xlate(const void* logical, std::int32_t, void* physical,
@@ -140,44 +132,33 @@ std::int32_t mvpn_encap_info_res_xlate(const void* logical, std::int32_t, void* 
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
     place<header>(out, in);
-    switch (in.little32(L(0))) {
-        case 2:
-            place<type_2>(out, in);
-            break;
-        case 3:
-            place<type_3>(out, in);
-            break;
-        case 4:
-            place<type_4>(out, in);
-            place<type_4_label_flag>(out, in);
-            break;
-        default:
-            break;
+    const Number type = in.little32(L(0));
+    if (type == 2) {
+        place<type_2>(out, in);
+    } else if (type == 3) {
+        place<type_3>(out, in);
+    } else if (type == 4) {
+        place<type_4>(out, in);
+        place<type_4_label_flag>(out, in);
     }
     return finish(out, physical, physical_length);
 }
 
 std::int32_t ipmc_encap_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical,
                                           const std::uint32_t* entry_type) {
-    const std::uint32_t type = *entry_type;
+    const Number type = given(entry_type);
     if (type < 1 || type > 5 || physical_length != static_cast<std::int32_t>(physical_size)) {
         return NPXLATE_INVALID;
     }
     const PhysicalSource<physical_size> in{physical};
     LogicalRecord<restored_size> out;
-    put_little<4>(out, L(0), type, "the type that the caller gives");
-    switch (type) {
-        case 2:
-            place<restored_type_2>(out, in);
-            break;
-        case 3:
-            place<restored_type_3>(out, in);
-            break;
-        case 4:
-            place<restored_type_4>(out, in);
-            break;
-        default:
-            break;
+    put_little<4>(out, L(0), type);
+    if (type == 2) {
+        place<restored_type_2>(out, in);
+    } else if (type == 3) {
+        place<restored_type_3>(out, in);
+    } else if (type == 4) {
+        place<restored_type_4>(out, in);
     }
     return finish(out, logical);
 }

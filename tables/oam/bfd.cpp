@@ -130,7 +130,7 @@ std::int32_t bfd_hw_offload_xlate_tx_key(const void* logical, std::int32_t, void
     const LogicalSource<4> in{logical};
     PhysicalRecord<4> out;
     place<transmit_key>(out, in);
-    const std::uint8_t kind = in.byte(L(1));
+    const Number kind = in.byte(L(1));
     if (kind == 2 || kind == 4) {
         place<transmit_key_swapped>(out, in);
     } else {
@@ -211,7 +211,7 @@ std::int32_t bfd_disc_xlate_rx_key(const void* logical, std::int32_t, void* phys
 std::int32_t bfd_hw_offload_xlate_rx_result(const void* logical, std::int32_t logical_length, void* physical,
                                             std::uint32_t* physical_length) {
     const LogicalSource<receive_size> in{logical};
-    const std::uint8_t type = in.byte(L(7));
+    const Number type = in.byte(L(7));
     if (type == cfm_type) {
         return cfm_hwo_xlate_rx_result(logical, logical_length, physical, physical_length);
     }

@@ -1,8 +1,6 @@
 // Fast-path IP leaves, tables 121 (IPv4) and 42 (IPv6): the destination address gives three bytes. Read back by the
 // generic reverse.
 
-#include <cstring>
-
 #include "frame/helpers.h"
 
 using namespace npxlate;
@@ -43,11 +41,8 @@ std::int32_t ipv4_leaf_fastip_xlate_key(const void* logical, std::int32_t logica
     }
     // Never more bytes than the length says: the address is cut short, or zeros follow it.
     if (logical_length > 0) {
-        std::uint8_t address[ipv4_length];
-        out.store(address);
-        const auto length = static_cast<std::size_t>(logical_length);
-        std::memset(physical, 0, length);
-        std::memcpy(physical, address, length < ipv4_length ? length : ipv4_length);
+        clear_bytes(physical, logical_length);
+        out.store_first(physical, logical_length);
     }
     *physical_length = static_cast<std::uint32_t>(logical_length);
     return NPXLATE_OK;

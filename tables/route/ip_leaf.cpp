@@ -199,9 +199,9 @@ std::int32_t ip_leaf_st_xlate_result(const void* logical, std::int32_t, void* ph
                                      std::uint32_t* physical_length) {
     const LogicalSource<logical_bytes_read> in{logical};
     PhysicalRecord<physical_size> out;
-    const bool is_a = in.bit(L(0, 4));
-    const bool is_c = !is_a && !in.bit(L(0, 0));
-    const bool has_queue = in.bit(L(1, 3));
+    const Truth is_a = in.bit(L(0, 4));
+    const Truth is_c = !is_a && !in.bit(L(0, 0));
+    const Truth has_queue = in.bit(L(1, 3));
 
     place<common>(out, in);
     if (in.bit(L(1, 4))) {
@@ -212,8 +212,7 @@ std::int32_t ip_leaf_st_xlate_result(const void* logical, std::int32_t, void* ph
     } else {
         place<l0_0_clear>(out, in);
     }
-    put(out, P(1, 1), (!is_a && out.bits(P(3)) == hop_byte_of_one_hop) || in.bit(L(2, 2)),
-        "1 when L2.2 is set, or when P3 is 3 and L0.4 is clear");
+    put(out, P(1, 1), (!is_a && out.bits(P(3)) == hop_byte_of_one_hop) || in.bit(L(2, 2)));
 
     if (is_a) {
         place<variant_a>(out, in);
@@ -222,7 +221,7 @@ std::int32_t ip_leaf_st_xlate_result(const void* logical, std::int32_t, void* ph
         } else {
             place<variant_a_l32>(out, in);
         }
-        put(out, P(0, 5), in.little16(L(4)) == 1, "1 when L4-5 is 1");
+        put(out, P(0, 5), in.little16(L(4)) == 1);
     } else if (is_c) {
         place<variant_c>(out, in);
         if (has_queue) {

@@ -34,8 +34,7 @@ constexpr Layout member{
 
 constexpr Function range_of_queue_bits{
     "8 for 3 (both bits set), 4 for 2 (the upper bit alone), 0 for any other",
-    [](std::uint32_t bits_11_and_10) -> std::uint32_t { return bits_11_and_10 == 3 ? 8 : bits_11_and_10 == 2 ? 4
-                                                                                                             : 0; },
+    [](Number bits_11_and_10) -> Number { return choose(bits_11_and_10 == 3, 8, choose(bits_11_and_10 == 2, 4, 0)); },
 };
 
 // L0.2 and L12 do not come back, and of the queue index only the ten bits below its range; intended.
@@ -58,8 +57,7 @@ std::int32_t lag_type_xlate_key(const void* logical, std::int32_t, void* physica
     PhysicalRecord<key_physical_size> out;
     place<key>(out, in);
     // Added, not ORed: from 64 on L6 carries into the code.
-    put(out, P(2), 64 * two_value_code.apply(in.little32(L(0))) + in.byte(L(6)),
-        "64 x (L0-3 if it is 1 or 2, else 0) + L6");
+    put(out, P(2), 64 * apply(two_value_code, in.little32(L(0))) + in.byte(L(6)));
     return finish(out, physical, physical_length);
 }
 

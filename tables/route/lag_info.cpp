@@ -18,12 +18,12 @@ constexpr Layout key{
 // A count of 0 counts down to all ones.
 constexpr Function full_eights{
     "bits 6-3 of count - 1",
-    [](std::uint32_t count) { return (count - 1) >> 3; },
+    [](Number count) -> Number { return (count - 1) >> 3; },
 };
 
 constexpr Function last_eight{
     "bits 2-0 of count - 1",
-    [](std::uint32_t count) { return count - 1; },
+    [](Number count) -> Number { return count - 1; },
 };
 
 constexpr Layout result{

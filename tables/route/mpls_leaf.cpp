@@ -138,8 +138,7 @@ constexpr Layout variant_7{
 
 constexpr Function one_of_three_bits{
     "4 for 2, 1 for 1, 2 for 0 and 3",
-    [](std::uint32_t code) -> std::uint32_t { return code == 2 ? 4 : code == 1 ? 1
-                                                                               : 2; },
+    [](Number code) -> Number { return choose(code == 2, 4, choose(code == 1, 1, 2)); },
 };
 
 constexpr Layout variant_8{
@@ -222,7 +221,7 @@ std::int32_t mpls_leaf_st_result(const void* logical, std::int32_t, void* physic
     PhysicalRecord<physical_size> out;
     place<common>(out, in);
     if (in.bit(L(1, 7)) && !in.bit(L(0, 3)) && out.bits(P(3)) == hop_byte_of_one_hop) {
-        put(out, P(1, 2), 1, "1 when L1.7 is set, L0.3 is clear and the hop byte is 3");
+        put(out, P(1, 2), 1);
     }
 
     // The first whose bit is set.

@@ -246,7 +246,7 @@ std::int32_t nr_ldi_entry_st_xlate_key(const void* logical, std::int32_t, void* 
 std::int32_t nr_ldi_entry_st_result(const void* logical, std::int32_t, void* physical, std::uint32_t* physical_length) {
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
-    const bool ends_early = in.bit(L(2, 7)) || in.bit(L(2, 3)) || in.bit(L(2, 4));
+    const Truth ends_early = in.bit(L(2, 7)) || in.bit(L(2, 3)) || in.bit(L(2, 4));
 
     // The recursive form replaces whatever else the record says, so nothing else is put together for it.
     if (!ends_early && in.bit(L(1, 7))) {
@@ -255,7 +255,7 @@ std::int32_t nr_ldi_entry_st_result(const void* logical, std::int32_t, void* phy
             place<recursive_value>(out, in);
         } else {
             place<recursive_queue>(out, in);
-            put(out, P(11, 2), in.bit(L(1, 6)) && in.bit(L(1, 5)), "L1.6 AND L1.5 when L2.0 is clear");
+            put(out, P(11, 2), in.bit(L(1, 6)) && in.bit(L(1, 5)));
         }
         if (out.bit(P(11, 2))) {
             place<recursive_triple>(out, in);

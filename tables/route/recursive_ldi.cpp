@@ -64,18 +64,18 @@ std::int32_t r_ldi_entry_st_result(const void* logical, std::int32_t, void* phys
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
     place<flags>(out, in);
-    std::uint32_t paths = in.byte(L(2));
+    Number paths = in.byte(L(2));
     if (paths > most_paths) {
         paths = 0;
-        change_input<1>(logical, L(2), 0, "0 when L2 is above 3");
+        change_input<1>(logical, L(2), 0);
     }
-    put(out, P(3), 3 * paths + 4, "3 x L2 + 4; a count above 3 counts as 0 and becomes 0 in the logical record");
+    put(out, P(3), 3 * paths + 4);
     if (in.bit(L(1, 4))) {
         if (in.bit(L(0, 0))) {
             out.store(physical);
             return NPXLATE_NOT_SUPPORTED;
         }
-        put(out, P(3), 6U * in.byte(L(3)) + 2, "6 x L3 + 2 when L1.4 is set");
+        put(out, P(3), 6U * in.byte(L(3)) + 2);
         place<l1_4_set>(out, in);
     }
     place<values>(out, in);

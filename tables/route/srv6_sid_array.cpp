@@ -72,7 +72,7 @@ std::int32_t srv6_info_res_xlate(const void* logical, std::int32_t, void* physic
     }
     PhysicalRecord<physical_size> out;
     place<information>(out, in);
-    const std::uint32_t sids = in.byte(L(2));
+    const Number sids = in.byte(L(2));
     if (sids > most_sids) {
         out.store(physical);
         return NPXLATE_OUT_OF_RANGE;

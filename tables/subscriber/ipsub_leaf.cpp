@@ -41,12 +41,11 @@ std::int32_t ipsub_sid_leaf_st_xlate_key(const void* logical, std::int32_t, void
         // A word of the address, which is in network order, is shifted in the logical key too: callers expect to see it
         // there. It goes into either record by itself, since to store it and then to load the key would take three
         // times as long.
-        const char* const sentence = "the word L20.7-6 of L3-18, shifted right by L20.4-0";
-        const unsigned offset = 4 * in.bits(L(20, 7, 6));
+        const unsigned offset = 4 * each_below<4>(in.bits(L(20, 7, 6)));
         const L word_at = L(3).after(offset);
-        const std::uint32_t word = __builtin_bswap32(in.big32(word_at) >> in.bits(L(20, 4, 0)));
-        change_input<4>(logical, word_at, word, sentence);
-        store_into<4>(physical, P(3).after(offset), word, sentence);
+        const Number word = reversed_bytes(in.big32(word_at) >> in.bits(L(20, 4, 0)), 4);
+        change_input<4>(logical, word_at, word);
+        store_into<4>(physical, P(3).after(offset), word);
     }
     return status;
 }

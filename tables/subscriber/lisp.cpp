@@ -13,7 +13,7 @@ constexpr std::size_t physical_size = 8;
 
 constexpr Function code_of{
     "12 for 12, 13 for 19, 0 for any other value",
-    [](std::uint32_t value) { return (value == 12 ? 12U : 0U) + (value == 19 ? 13U : 0U); },
+    [](Number value) -> Number { return choose(value == 12, 12, 0) | choose(value == 19, 13, 0); },
 };
 
 constexpr Layout key_with_code{
