@@ -217,7 +217,7 @@ constexpr Layout<opposite(side), row_count> mirrored(const char* title, const La
 
 template <Side side, std::size_t row_count>
 constexpr Layout<opposite(side), row_count> mirrored(const Layout<side, row_count>& layout) {
-    return mirrored("", layout);
+    return mirrored(layout.title, layout);
 }
 
 }  // namespace npxlate

@@ -344,6 +344,13 @@ TEST(Vocabulary, ALayoutNeedsNoTitle) {
     EXPECT_STREQ(with_names_back.title, "");
 }
 
+constexpr Layout titled_back = mirrored(four_labels);
+
+TEST(Vocabulary, AMirroredLayoutHasTheTitleOfItsLayoutUnlessItIsGivenOne) {
+    EXPECT_STREQ(titled_back.title, "labels");
+    EXPECT_STREQ(labels_back.title, "labels back");
+}
+
 // A value least significant byte first; bit 20 of the result has two sources.
 constexpr Layout low_bit{"low bit", low_bit_to_bit_20(P(3), L(6))};
 
