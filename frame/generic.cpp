@@ -22,20 +22,17 @@ void copy(void* to, const void* from, std::int32_t length) {
 
 // clang-format off: one row a line.
 constexpr Layout fast_ip_result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(0), 3),
 };
 
 constexpr Layout modulo_key{
-    "every key",
     copied(P(0), L(2)),
     bits(P(1, 7, 4), L(0, 3, 0)),
     bits(P(1, 3, 0), L(3, 3, 0)),
 };
 
 constexpr Layout modulo_result{
-    "every record",
     constant(P(0), result_header),
     bits(P(8, 5, 0), L(0, 5, 0)).repeated(8, P(1), L(1)),
 };
