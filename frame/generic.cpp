@@ -15,20 +15,17 @@ constexpr std::int32_t max_reverse_length = 63;
 
 // clang-format off: one row a line.
 constexpr Layout fast_ip_result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(0), 3),
 };
 
 constexpr Layout modulo_key{
-    "every key",
     copied(P(0), L(2)),
     bits(P(1, 7, 4), L(0, 3, 0)),
     bits(P(1, 3, 0), L(3, 3, 0)),
 };
 
 constexpr Layout modulo_result{
-    "every record",
     constant(P(0), result_header),
     bits(P(8, 5, 0), L(0, 5, 0)).repeated(8, P(1), L(1)),
 };

@@ -30,7 +30,6 @@ NPXLATE_INLINE std::int32_t place_only(const void* physical, void* logical) {
 // Keys that are the same bytes on both sides.
 template <std::size_t size>
 inline constexpr Layout same_key{
-    "every key",
     copied(P(0), L(0), size),
 };
 

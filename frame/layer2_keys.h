@@ -9,8 +9,7 @@
 namespace npxlate {
 
 inline constexpr Layout cross_connect_key{
-    "every key",
-    run(P(0, 0), L(0, 0), 19),
+    run(P(0, 0), L(0, 0), 19).named("cross-connect identifier"),
     constant(P(2, 7, 3), 0),
     cleared(P(3), 1),
 };
@@ -28,8 +27,7 @@ NPXLATE_INLINE std::int32_t place_cross_connect_key(const void* logical, void* p
 }
 
 inline constexpr Layout bridge_domain_key{
-    "every key",
-    copied(P(0), L(0), 2),
+    copied(P(0), L(0), 2).named("bridge-domain number"),
     constant(P(2), 0),
 };
 

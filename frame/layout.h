@@ -1,7 +1,8 @@
-// A layout: rows under a title that says which records it applies to.
+// A layout: rows, under a title that says in words what they hold where there are such words. Which records it applies
+// to is decided, and said, by the code that places it.
 //
 //     constexpr Layout variant_b{
-//         "variant B: L0.5 clear, L0.6 set",
+//         "variant B",
 //         bit(P(3, 5), L(2, 1)),
 //         swapped(P(6), L(20), 2),
 //         copied(P(12), L(12), 4),
@@ -147,6 +148,9 @@ struct Layout {
         static_cast<void>(cells());
     }
 
+    template <std::same_as<Row<to_side>>... Rows>
+    constexpr explicit Layout(Row<to_side> first, Rows... others) : Layout{"", first, others...} {}
+
     constexpr Layout(const char* layout_title, const std::array<Row<to_side>, row_count>& layout_rows)
         : title{layout_title}, rows{layout_rows} {
         static_cast<void>(cells());
@@ -197,6 +201,8 @@ struct Layout {
 
 template <Side side, typename... Rows>
 Layout(const char*, Row<side>, Rows...) -> Layout<side, 1 + sizeof...(Rows)>;
+template <Side side, typename... Rows>
+Layout(Row<side>, Rows...) -> Layout<side, 1 + sizeof...(Rows)>;
 
 // The layout that takes every moved field back to where it came from. Constants and computed fields have no way back
 // and leave no row that does anything.
@@ -207,6 +213,11 @@ constexpr Layout<opposite(side), row_count> mirrored(const char* title, const La
         rows[i] = layout.rows[i].mirrored();
     }
     return {title, rows};
+}
+
+template <Side side, std::size_t row_count>
+constexpr Layout<opposite(side), row_count> mirrored(const Layout<side, row_count>& layout) {
+    return mirrored(layout.title, layout);
 }
 
 }  // namespace npxlate

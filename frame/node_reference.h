@@ -12,12 +12,11 @@ inline constexpr std::size_t leaf_result_logical_size = 4;
 
 // The reference is the node table's key and keeps its byte order.
 inline constexpr Layout node_reference{
-    "every record",
     constant(P(0), result_header),
-    copied(P(1), L(0), 3),
+    copied(P(1), L(0), 3).named("node reference"),
 };
 
-inline constexpr Layout node_reference_restored = mirrored("every record", node_reference);
+inline constexpr Layout node_reference_restored = mirrored(node_reference);
 
 template <std::size_t physical_size>
 NPXLATE_INLINE std::int32_t leaf_result(const void* logical, void* physical, std::uint32_t* physical_length) {

@@ -24,6 +24,7 @@
 //                                             lowest bit ORed into bit 20
 //     also(row)                               the row's bits are ORed into what other rows give
 //     row.repeated(4, P(3), L(5))             four times, 3 physical and 5 logical bytes apart
+//     row.named("source address")             what the field is called; only where that is settled
 #pragma once
 
 #include <cstddef>
@@ -90,6 +91,7 @@ struct Row {
     std::uint16_t count = 1;
     std::uint16_t to_step = 0;  // in bits
     std::uint16_t from_step = 0;
+    const char* name = nullptr;  // of the field that the row moves; null: it has none
 
     // Rows whose result depends on all bits of their fields, not bit by bit.
     constexpr bool reads_whole_fields() const {
@@ -110,7 +112,14 @@ struct Row {
                 .flag = flag,
                 .count = count,
                 .to_step = from_step,
-                .from_step = to_step};
+                .from_step = to_step,
+                .name = name};
+    }
+
+    constexpr Row named(const char* field) const {
+        Row row = *this;
+        row.name = field;
+        return row;
     }
 
     constexpr Row repeated(unsigned times, To to_bytes, From from_bytes) const {

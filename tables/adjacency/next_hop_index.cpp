@@ -7,7 +7,6 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     any(P(1, 7), L(0, 2, 0)),  // with the next row: P1.4, L0.0 or L0.2
     also(inverted(P(1, 7), L(0, 3))),

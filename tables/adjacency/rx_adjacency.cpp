@@ -10,7 +10,6 @@ constexpr std::size_t logical_size = 30;
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout common{
-    "every record",
     constant(P(0, 7), 1),
     bit(P(0, 6), L(1, 5)),
     bit(P(0, 5), L(0, 4)),
@@ -32,7 +31,7 @@ constexpr Layout common{
 };
 
 constexpr Layout variant_a{
-    "variant A: L0.5 set",
+    "variant A",
     bit(P(3, 5), L(2, 0)),
     copied(P(4), L(21)),
     copied(P(5), L(22)),
@@ -40,29 +39,29 @@ constexpr Layout variant_a{
 };
 
 constexpr Layout variant_a_24_bits{
-    "variant A with L2.0 set",
+    "variant A, 24 bits",
     swapped(P(13), L(12), 3),
 };
 
 constexpr Layout variant_a_32_bits{
-    "variant A with L2.0 clear",
+    "variant A, 32 bits",
     copied(P(12), L(12), 4),
 };
 
 constexpr Layout variant_b{
-    "variant B: L0.6 set, L0.5 clear",
+    "variant B",
     bit(P(3, 5), L(2, 1)),
     swapped(P(6), L(20), 2),
     copied(P(12), L(12), 4),
 };
 
 constexpr Layout variant_c{
-    "variant C: L1.0 set, L0.5 and L0.6 clear",
+    "variant C",
     copied(P(6), L(4), 2),
 };
 
 constexpr Layout variant_d{
-    "variant D: L1.3 set, L0.5, L0.6 and L1.0 clear",
+    "variant D",
     bit(P(0, 5), L(1, 3)),
     bit(P(3, 6), L(1, 3)),
     bit(P(3, 4), L(2, 3)),
@@ -71,14 +70,13 @@ constexpr Layout variant_d{
 };
 
 constexpr Layout variant_e{
-    "variant E: L0.5, L0.6, L1.0 and L1.3 clear",
-    virtual_queue_index(P(6), L(4), L(8)),
+    "variant E",
+    virtual_queue_index(P(6), L(4), L(8)).named("virtual queue index"),
     copied(P(12), L(12), 2),
 };
 
 // The reverse restores less than the result carries, and swaps nothing back; both are intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(2, 3)),
     bit(L(0, 1), P(2, 1)),
     bit(L(0, 2), P(2, 0)),
@@ -95,7 +93,7 @@ constexpr Layout restored{
 };
 
 constexpr Layout restored_a{
-    "variant A: P3.7 set",
+    "variant A",
     copied(L(16), P(6), 2),
     constant(L(20), 0),
     copied(L(21), P(4)),
@@ -104,23 +102,23 @@ constexpr Layout restored_a{
 };
 
 constexpr Layout restored_a_24_bits{
-    "variant A with P3.5 set",
+    "variant A, 24 bits",
     copied(L(12), P(13), 3),
     constant(L(15), 0),
 };
 
 constexpr Layout restored_a_32_bits{
-    "variant A with P3.5 clear",
+    "variant A, 32 bits",
     copied(L(12), P(12), 4),
 };
 
 constexpr Layout restored_c{
-    "variant C: P3.7 clear, P1.0 or P2.5 set",
+    "variant C",
     copied(L(4), P(6), 2),
 };
 
 constexpr Layout restored_c_l29{
-    "variant C with P1.1 set",
+    "variant C, L29",
     copied(L(29), P(4)),
 };
 

@@ -8,10 +8,9 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     bit(P(1, 4), L(0, 0)),
-    copied(P(4), L(1), 2).repeated(8, P(2), L(4)),
+    copied(P(4), L(1), 2).repeated(8, P(2), L(4)).named("interface"),
 };
 
 }  // namespace

@@ -10,7 +10,6 @@ constexpr std::size_t logical_size = 61;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 6), L(0, 6)),
     constant(P(0, 5, 0), 0x31),  // this table's header, with P0.7 and P0.6 as fields
     bit(P(1, 3), L(0, 0)),
@@ -19,29 +18,27 @@ constexpr Layout common{
     bit(P(2, 6), L(0, 0)),
     bit(P(2, 5), L(0, 4)),
     bit(P(2, 4), L(1, 0)),
-    label(P(3), L(20), L(29, 0)),
-    label(P(6), L(25), L(29, 0)),  // the flag of the first label once more
+    label(P(3), L(20), L(29, 0)).named("label"),
+    label(P(6), L(25), L(29, 0)).named("label"),  // the flag of the first label once more
     copied(P(9), L(40), 3),
-    label(P(12), L(30), L(34, 0)),
+    label(P(12), L(30), L(34, 0)).named("label"),
     copied(P(20), L(57), 2),
     copied(P(28), L(56)),
     copied(P(29), L(48), 3),
 };
 
 constexpr Layout triple{
-    "L0.2 set",
+    "triple",
     copied(P(15), L(12), 3),
 };
 
 constexpr Layout l0_5_set{
-    "L0.5 set",
     constant(P(0, 6), 1),
     copied(P(21), L(60)),  // in place of L58
     copied(P(22), L(44), 3),
 };
 
 constexpr Layout l0_5_clear{
-    "L0.5 clear",
     copied(P(18), L(16), 2),
     copied(P(22), L(8), 3),
     copied(P(25), L(4), 3),

@@ -11,14 +11,14 @@ constexpr std::size_t physical_size = 32;
 
 // L35 is dropped on purpose: its reversed place is the header byte.
 constexpr Layout address_pair{
-    "mode X: L72.2 set",
+    "mode X, address pair",
     constant(P(0), result_header),
-    swapped(P(1), L(20), 15),
-    swapped(P(16), L(36), 16),
+    swapped(P(1), L(20), 15).named("address"),
+    swapped(P(16), L(36), 16).named("address"),
 };
 
 constexpr Layout common{
-    "every record with L72.2 clear",
+    "variants T1 to T6",
     bit(P(0, 6), L(0, 5)),
     bit(P(0, 5), L(0, 6)),
     constant(P(0, 4, 0), result_header),
@@ -41,35 +41,35 @@ constexpr Layout common{
 };
 
 constexpr Layout t1{
-    "variant T1: L2.0 set",
+    "variant T1",
     constant(P(11, 0), 1),
     none(P(11, 1), L(41)),
     bit(P(11, 3), L(12, 0)),
     bit(P(11, 4), L(12, 1)),
-    label(P(17), L(37), L(41, 0)),
-    label(P(20), L(32), L(36, 0)),
+    label(P(17), L(37), L(41, 0)).named("label"),
+    label(P(20), L(32), L(36, 0)).named("label"),
     swapped(P(23), L(24), 4),
 };
 
 constexpr Layout t1_value{
-    "variant T1 with L12.1 set",
+    "variant T1, 16-bit value",
     copied(P(4), L(16), 2),
     bit(P(11, 2), L(12, 2)),
     copied(P(12), L(16), 2),
 };
 
 constexpr Layout t1_queue{
-    "variant T1 with L12.1 clear",
-    virtual_queue_index(P(12), L(16), L(20)),
+    "variant T1, queue",
+    virtual_queue_index(P(12), L(16), L(20)).named("virtual queue index"),
 };
 
 constexpr Layout t1_triple{
-    "variant T1 with P11.2 set",
+    "variant T1, triple",
     copied(P(14), L(28), 3),
 };
 
 constexpr Layout t2{
-    "variant T2: L0.7 or L1.4 set, L2.0 clear",
+    "variant T2",
     bit(P(3, 3), L(73, 2)),
     bit(P(3, 1), L(73, 0)),
     bit(P(3, 0), L(73, 1)),
@@ -83,18 +83,18 @@ constexpr Layout t2{
 };
 
 constexpr Layout t2_24_bits{
-    "variant T2 with L72.1 set",
+    "variant T2, 24 bits",
     copied(P(22), L(35)),
     swapped(P(23), L(68), 3),
 };
 
 constexpr Layout t2_two_words{
-    "variant T2 with L72.1 clear",
+    "variant T2, two words",
     copied(P(22), L(12), 8),
 };
 
 constexpr Layout t3{
-    "variant T3: L1.1 set, L2.0, L0.7 and L1.4 clear",
+    "variant T3",
     bit(P(2, 4), L(36, 1)),  // in place of the common L72.1
     bit(P(3, 1), L(84, 0)),
     bit(P(3, 0), L(84, 1)),
@@ -113,43 +113,42 @@ constexpr Layout t3{
 };
 
 constexpr Layout t4{
-    "variant T4: L1.2 set, L2.0, L0.7, L1.4 and L1.1 clear",
+    "variant T4",
     bit(P(2, 7), L(2, 4)),
     bit(P(2, 3), L(1, 5)),
     bit(P(3, 5), L(1, 3)),
     bit(P(3, 2), L(2, 3)),
     copied(P(16), L(12), 6),
-    label(P(22), L(18), L(22, 0)),
-    label(P(25), L(23), L(27, 0)),
+    label(P(22), L(18), L(22, 0)).named("label"),
+    label(P(25), L(23), L(27, 0)).named("label"),
     copied(P(28), L(28), 4),
 };
 
 constexpr Layout t5{
-    "variant T5: L1.6 set, the other selectors clear",
+    "variant T5",
     copied(P(11), L(12)),
     swapped(P(12), L(14), 2),
     copied(P(14), L(16), 16),
 };
 
 constexpr Layout t6{
-    "variant T6: no selector set",
+    "variant T6",
     copied(P(16), L(12), 6),
 };
 
 constexpr Layout t6_triple{
-    "variant T6 with L2.1 set",
+    "variant T6, triple",
     copied(P(22), L(20), 3),
 };
 
 constexpr Layout t4_t6_value{
-    "variants T4 and T6 with L0.5 set",
+    "variants T4 and T6, 16-bit value",
     swapped(P(14), L(88), 2),
 };
 
 // The reverse knows only T2, T4 and T6, takes L0.4 for the inverse of P1.5, swaps nothing back and puts the labels
 // together least significant byte first; all of it intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(1, 7)),
     bit(L(0, 1), P(1, 5)),
     bit(L(0, 2), P(1, 4)),
@@ -164,12 +163,12 @@ constexpr Layout restored{
 };
 
 constexpr Layout restored_value{
-    "every record with P0.6 set",
+    "16-bit value",
     copied(L(88), P(14), 2),
 };
 
 constexpr Layout restored_t2{
-    "variant T2: P3.7 set",
+    "variant T2",
     copied(L(52), P(30), 2),
     copied(L(54), P(19), 2),
     copied(L(57), P(16), 2),
@@ -180,17 +179,17 @@ constexpr Layout restored_t2{
 };
 
 constexpr Layout restored_t2_24_bits{
-    "variant T2 with P2.4 set",
+    "variant T2, 24 bits",
     copied(L(68), P(23), 3),
 };
 
 constexpr Layout restored_t2_two_words{
-    "variant T2 with P2.4 clear",
+    "variant T2, two words",
     copied(L(12), P(22), 8),
 };
 
 constexpr Layout restored_t4{
-    "variant T4: P1.3 set, P3.7 clear",
+    "variant T4",
     bit(L(1, 3), P(3, 5)),
     bit(L(1, 5), P(2, 3)),
     copied(L(12), P(16), 6),
@@ -202,12 +201,12 @@ constexpr Layout restored_t4{
 };
 
 constexpr Layout restored_others{
-    "every other record",
+    "variant T6 and all that do not come back",
     copied(L(12), P(16), 6),
 };
 
 constexpr Layout restored_others_triple{
-    "every other record with P1.6 set",
+    "variant T6, triple",
     copied(L(20), P(22), 3),
 };
 

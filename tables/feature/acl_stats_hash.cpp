@@ -9,14 +9,12 @@ namespace {
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(3), L(0), 4),
 };
 
 // L0 is not restored, and one byte more is cleared than the result carries; both are intended.
 constexpr Layout restored{
-    "every record",
     copied(L(1), P(4), 3),
 };
 

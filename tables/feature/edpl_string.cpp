@@ -9,7 +9,6 @@ namespace {
 constexpr std::uint32_t physical_size = 32;
 
 constexpr Layout header{
-    "every record",
     constant(P(0, 4), 1),
     constant(P(0, 0), 1),
 };

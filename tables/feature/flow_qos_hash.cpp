@@ -7,14 +7,12 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(0), 22),
     bits(P(23, 7, 5), L(23, 7, 5)),
 };
 
 // No header: what the caller prepared in P3, P7 and the other bits of P0 stays.
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 7)),
     bit(P(0, 6), L(0, 6)),
     bit(P(0, 4), L(0, 4)),

@@ -13,7 +13,6 @@ constexpr unsigned ip_protocol_tcp = 6;
 constexpr unsigned ip_protocol_udp = 17;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(0), 2),
     copied(P(2), L(2), 2),
     copied(P(4), L(4), 2),
@@ -26,7 +25,6 @@ constexpr Layout key{
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 5), L(0, 5)),
     constant(P(0, 4, 0), result_header),
@@ -54,7 +52,7 @@ constexpr Layout common{
 };
 
 constexpr Layout protocols{
-    "L20.0 set",
+    "IP protocol numbers",
     constant(P(1), ip_protocol_tcp),
     constant(P(2), ip_protocol_udp),
 };

@@ -9,12 +9,11 @@ namespace {
 constexpr std::int32_t physical_size = 8;
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(0), 2),
 };
 
-constexpr Layout restored = mirrored("every record", result);
+constexpr Layout restored = mirrored(result);
 
 }  // namespace
 

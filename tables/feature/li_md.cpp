@@ -12,12 +12,10 @@ constexpr std::size_t physical_size = 32;
 constexpr std::uint32_t flagged_index_offset = 512;
 
 constexpr Layout key{
-    "L0.0 clear",
-    run(P(0, 0), L(0, 1), 15),
+    run(P(0, 0), L(0, 1), 15).named("index"),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0, 4), 1),
     bit(P(0, 3), L(1, 0)),
     constant(P(0, 0), 1),  // with P0.4 the header 0x11
@@ -32,7 +30,6 @@ constexpr Layout result{
 
 // Nothing is swapped back and L22-29 stay zero; both are intended.
 constexpr Layout restored{
-    "every record",
     copied(L(0), P(1)),
     bit(L(1, 0), P(0, 3)),
     inverted(L(2), P(2)),

@@ -11,7 +11,6 @@ constexpr std::size_t physical_size = 32;
 
 // The other bits of P0, P1.7 and P6 stay as the caller prepared them.
 constexpr Layout common{
-    "every record",
     constant(P(0, 4), 1),
     constant(P(0, 0), 1),
     bit(P(1, 6), L(1, 5)),
@@ -27,13 +26,13 @@ constexpr Layout common{
 };
 
 constexpr Layout two_bytes{
-    "L1.0 set",
+    "16-bit value",
     constant(P(3), 0),
     copied(P(4), L(2), 2),
 };
 
 constexpr Layout three_bytes{
-    "L1.0 clear",
+    "three bytes",
     copied(P(3), L(4), 3),
 };
 

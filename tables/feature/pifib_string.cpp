@@ -10,7 +10,6 @@ constexpr std::size_t size = 32;
 
 // P0.6 and P22-24 stay as the caller prepared them.
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 7)),
     bit(P(0, 5), L(0, 5)),
     constant(P(0, 4, 0), result_header),

@@ -10,13 +10,11 @@ constexpr std::size_t logical_size = 83;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout key{
-    "every key",
     swapped(P(0), L(0), 4),
     copied(P(4), L(4)),
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 7), L(0, 0)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),
@@ -30,7 +28,7 @@ constexpr Layout common{
 };
 
 constexpr Layout layout_1{
-    "layout 1: L0.0 or L3.1 set",
+    "layout 1",
     bit(P(1, 4), L(3, 0)),
     copied(P(2), L(36), 3),  // L35 is dropped
     copied(P(5), L(8), 2),
@@ -46,20 +44,20 @@ constexpr Layout layout_1{
 };
 
 constexpr Layout layout_1_l3_0_set{
-    "layout 1 with L3.0 set",
+    "layout 1",
     copied(P(14), L(49), 4),
     swapped(P(18), L(24), 2),
     copied(P(20), L(26)),
 };
 
 constexpr Layout layout_1_l3_0_clear{
-    "layout 1 with L3.0 clear",
+    "layout 1",
     copied(P(14), L(12), 4),
     copied(P(18), L(16), 4),
 };
 
 constexpr Layout layout_2{
-    "layout 2: every other record",
+    "layout 2",
     copied(P(14), L(27), 2),
     copied(P(16), L(29), 2),
     copied(P(18), L(31), 2),
@@ -67,34 +65,34 @@ constexpr Layout layout_2{
 };
 
 constexpr Layout layout_2_neither{
-    "layout 2 with L0.3 and L0.4 clear",
+    "layout 2",
     copied(P(26), L(43), 6),
 };
 
 constexpr Layout layout_2_either{
-    "layout 2 with L0.3 or L0.4 set",
+    "layout 2",
     copied(P(26), L(61), 6),
 };
 
 constexpr Layout layout_2_either_and_l0_5{
-    "layout 2 with L0.3 or L0.4 set, and L0.5 set",
+    "layout 2",
     constant(P(1, 2), 1),
     constant(P(1, 1), 0),
 };
 
 constexpr Layout layout_2_l0_3_set{
-    "layout 2 with L0.3 set",
+    "layout 2",
     constant(P(1, 5), 1),
     copied(P(8), L(59), 2),
 };
 
 constexpr Layout layout_3{
-    "layout 3: L0.5 set, L0.3 and L0.4 clear, L0.0 and L3.1 clear",
+    "layout 3",
     bit(P(2, 3), L(0, 7)),
     bit(P(3, 5), L(0, 6)),
     copied(P(4), L(81), 2),
-    label(P(16), L(67), L(71, 0)),
-    label(P(19), L(72), L(76, 0)),
+    label(P(16), L(67), L(71, 0)).named("label"),
+    label(P(19), L(72), L(76, 0)).named("label"),
     copied(P(22), L(77), 4),  // in place of the common L39-42
 };
 

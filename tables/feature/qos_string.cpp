@@ -10,7 +10,6 @@ constexpr std::size_t logical_size = 36;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 6), L(0, 5)),
     bit(P(0, 5), L(0, 0)),

@@ -11,7 +11,6 @@ constexpr std::size_t logical_size = 20;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     constant(P(1, 7), 1),
     copied(P(2), L(12), 2),

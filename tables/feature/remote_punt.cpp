@@ -7,7 +7,6 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(0), 2),
     bit(P(3, 0), L(4, 7)),

@@ -11,7 +11,6 @@ constexpr std::int32_t physical_size = 8;
 
 // P4-5 is not restored; that is intended.
 constexpr Layout restored{
-    "every record",
     copied(L(0), P(1), 2),
     bit(L(4, 7), P(3, 0)),
 };

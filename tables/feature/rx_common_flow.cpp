@@ -7,7 +7,6 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout key{
-    "every key",
     swapped(P(0), L(0), 4),
     swapped(P(4), L(4), 4),
     copied(P(21), L(21), 2),
@@ -19,7 +18,6 @@ constexpr Layout key{
 };
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 7)),
     bit(P(0, 5), L(0, 5)),
     constant(P(0, 4, 0), result_header),

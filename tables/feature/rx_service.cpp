@@ -8,7 +8,6 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    "every record",
     bits(P(0, 7, 5), L(0, 7, 5)),
     constant(P(0, 4, 0), result_header),
     copied(P(1), L(1), 31),

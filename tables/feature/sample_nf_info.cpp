@@ -11,14 +11,12 @@ constexpr std::size_t logical_size = 9;
 constexpr std::int32_t physical_size = 16;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(0), 2),
     bit(P(2, 2), L(2, 0)),
     bits(P(2, 1, 0), L(3, 1, 0)),
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 7), L(8, 5)),
     constant(P(0, 4, 0), result_header),
     bit(P(1, 7), L(8, 6)),
@@ -27,22 +25,21 @@ constexpr Layout common{
 };
 
 constexpr Layout rate_as_mask{
-    "L0-1 is 2048, 4096, 8192, 16384, 32768 or 65535",
+    "rate as a mask code",
     constant(P(0, 6), 1),
 };
 
 constexpr Layout rate_as_it_is{
-    "L0-1 is any other rate",
+    "rate as it is",
     any(P(0, 5), L(1)),  // a rate above 255
-    swapped(P(4), L(0), 2),
+    swapped(P(4), L(0), 2).named("sampling rate"),
     swapped(P(6), L(2), 2),
     copied(P(8), L(5), 3),
 };
 
 // Neither P0.5 nor P0.6 is looked at, and nothing is swapped back; both are intended.
 constexpr Layout restored{
-    "every record",
-    copied(L(0), P(4), 2),
+    copied(L(0), P(4), 2).named("sampling rate"),
     copied(L(2), P(6), 2),
     copied(L(5), P(8), 3),
     bit(L(8, 7), P(1, 6)),

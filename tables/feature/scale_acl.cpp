@@ -7,20 +7,17 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout key_key{
-    "every key",
     swapped(P(0), L(2), 16),
     bits(P(16, 5, 0), L(1, 5, 0)),
     copied(P(17), L(0)),
 };
 
 constexpr Layout key_result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(0), 3),
 };
 
 constexpr Layout leaf_result{
-    "every record",
     bits(P(0, 7, 5), L(0, 7, 5)),
     constant(P(0, 4, 0), result_header),
     bits(P(1, 7, 4), L(1, 7, 4)),

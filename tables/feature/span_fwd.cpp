@@ -12,13 +12,11 @@ constexpr std::size_t physical_size = 32;
 constexpr unsigned highest_l18 = 128;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(0)),
     copied(P(1), L(2), 2),
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 0)),
     constant(P(0, 4, 0), result_header),
@@ -29,24 +27,22 @@ constexpr Layout common{
 };
 
 constexpr Layout address{
-    "L4.2 set",
-    copied(P(12), L(8), 6),
+    "address and 16-bit value",
+    copied(P(12), L(8), 6).named("address"),
     copied(P(18), L(14), 2),
 };
 
 constexpr Layout within_limit{
-    "L18-19 at most 128",
     copied(P(28), L(18), 2),
 };
 
 constexpr Layout above_limit{
-    "L18-19 above 128",
     constant(P(28), highest_l18),
 };
 
-constexpr Layout restored = mirrored("every record", common);
-constexpr Layout restored_address = mirrored("P1.7 set", address);
-constexpr Layout restored_limited = mirrored("every record", within_limit);
+constexpr Layout restored = mirrored(common);
+constexpr Layout restored_address = mirrored(address);
+constexpr Layout restored_limited = mirrored(within_limit);
 
 }  // namespace
 

@@ -11,7 +11,6 @@ constexpr std::size_t flow_logical_size = 24;
 constexpr std::size_t flow_physical_size = 32;
 
 constexpr Layout flow{
-    "every record",
     constant(P(0, 7), 1),
     bit(P(0, 6), L(0, 6)),
     bit(P(0, 5), L(0, 7)),
@@ -23,12 +22,12 @@ constexpr Layout flow{
 };
 
 constexpr Layout flow_l0_7_set{
-    "L0.7 set",
+    "optional group",
     copied(P(11), L(11), 4),
 };
 
 constexpr Layout flow_l0_6_set{
-    "L0.6 set, whatever L0.7 is",
+    "optional group",
     copied(P(11), L(19), 2),
     copied(P(13), L(21), 2),
     copied(P(15), L(18)),
@@ -36,7 +35,6 @@ constexpr Layout flow_l0_6_set{
 };
 
 constexpr Layout interface_key{
-    "every key",
     copied(P(0), L(0), 2),
     copied(P(2), L(2), 2),
     copied(P(4), L(4), 2),
@@ -44,7 +42,6 @@ constexpr Layout interface_key{
 };
 
 constexpr Layout interface_result{
-    "every record",
     constant(P(0), 0x31),  // this table's header
     copied(P(3), L(0)),
     copied(P(4), L(7), 3),
@@ -54,12 +51,10 @@ constexpr Layout interface_result{
 };
 
 constexpr Layout payload_type_key{
-    "every key",
     swapped(P(0), L(0), 2),
 };
 
 constexpr Layout payload_type_result{
-    "every record",
     constant(P(0), result_header),
     copied(P(4), L(0), 4),
 };

@@ -21,7 +21,6 @@ constexpr Function lower_bit_alone{
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 6), L(2, 0)),
     bit(P(0, 5), L(0, 2)),
@@ -59,43 +58,42 @@ constexpr Layout common{
 };
 
 constexpr Layout from_l68{
-    "L0.3 set",
+    "24-bit value",
     copied(P(11), L(68), 3),
 };
 
 constexpr Layout from_l56{
-    "L2.1 set, L0.3 clear",
+    "24-bit value",
     copied(P(11), L(56), 3),
 };
 
 constexpr Layout from_l83{
-    "L4.0 set, L0.3 and L2.1 clear",
+    "32-bit and 4-bit value",
     copied(P(11), L(83), 3),
     also(bits(P(13, 7, 4), L(87, 3, 0))),
 };
 
 constexpr Layout l2_1_set{
-    "L2.1 set",
+    "16-bit value",
     copied(P(14), L(52), 2),
     constant(P(16), 0),
 };
 
 constexpr Layout two_nine_bit_values{
-    "L3.1 set",
+    "two 9-bit values",
     run(P(17, 0), L(76, 0), 9),
     run(P(18, 1), L(78, 0), 9),
     bit(P(19, 7), L(3, 2)),
 };
 
 constexpr Layout from_l72{
-    "L3.0 or L2.7 set, L3.1 clear",
+    "24-bit value",
     copied(P(17), L(72), 3),
 };
 
 // The reverse is not the way back, on purpose: it reads P0.6-5 as a code of two bits, never restores L0.3, clears L3.2,
 // and splits the value of P11-13 below its lowest bit where it was put together above the twentieth.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(2, 7)),
     bit(L(0, 1), P(0, 6)),
     bit(L(0, 2), P(0, 5)),
@@ -134,31 +132,31 @@ constexpr Layout restored{
 };
 
 constexpr Layout restored_to_l68{
-    "P0.5 and P0.6 set",
+    "24-bit value",
     copied(L(68), P(11), 3),
 };
 
 constexpr Layout restored_to_l56{
-    "P0.5 set, P0.6 clear",
+    "24-bit and 16-bit value",
     copied(L(52), P(14), 3),
     copied(L(56), P(11), 3),
 };
 
 constexpr Layout restored_to_l83{
-    "P1.2 set",
+    "32-bit and 4-bit value",
     run(L(83, 0), P(11, 1), 19),
     bit(L(87, 0), P(11, 0)),
 };
 
 constexpr Layout restored_two_nine_bit_values{
-    "P1.5 set",
+    "two 9-bit values",
     constant(L(3, 2), 0),
     run(L(76, 0), P(17, 0), 9),
     run(L(78, 0), P(18, 1), 9),
 };
 
 constexpr Layout restored_to_l72{
-    "P1.1 or P1.0 set, P1.5 clear",
+    "24-bit value",
     copied(L(72), P(17), 3),
 };
 

@@ -11,7 +11,6 @@ constexpr std::size_t restored_logical_size = 120;  // as far as it is cleared
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 5), L(0, 5)),
     constant(P(0, 4, 0), result_header),
     bit(P(1, 7), L(1, 3)),
@@ -24,19 +23,18 @@ constexpr Layout common{
 };
 
 constexpr Layout one_value{
-    "L1.3 set",
+    "32-bit value",
     copied(P(4), L(44), 4),
 };
 
 constexpr Layout two_values{
-    "L1.3 clear",
+    "two 16-bit values",
     copied(P(4), L(12), 2),
     copied(P(6), L(40), 2),
 };
 
 // The reverse leaves out L0.5, L8 and L100, as intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(2, 5)),
     bit(L(1, 0), P(1, 4)),
     bit(L(1, 3), P(1, 7)),
@@ -44,8 +42,8 @@ constexpr Layout restored{
     run(L(60, 1), P(8, 0), 24),
 };
 
-constexpr Layout restored_one_value = mirrored("P1.7 set", one_value);
-constexpr Layout restored_two_values = mirrored("P1.7 clear", two_values);
+constexpr Layout restored_one_value = mirrored(one_value);
+constexpr Layout restored_two_values = mirrored(two_values);
 
 }  // namespace
 

@@ -10,7 +10,6 @@ constexpr std::size_t logical_size = 64;
 constexpr std::size_t physical_size = 24;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(4), 2),
     constant(P(2), 0),
     copied(P(3), L(8)),
@@ -22,7 +21,6 @@ constexpr Layout key{
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 6), L(0, 3)),
     bit(P(0, 5), L(1, 1)),
     constant(P(0, 4, 0), result_header),
@@ -33,30 +31,30 @@ constexpr Layout common{
 };
 
 constexpr Layout variant_a{
-    "variant A: L0.1 set",
+    "variant A",
     copied(P(8), L(56), 4),
     copied(P(12), L(60), 2),
 };
 
 constexpr Layout variant_b{
-    "variant B: L0.3 set, L0.1 clear",
+    "variant B, two labels",
     bit(P(0, 7), L(0, 6)),
     bit(P(1, 1), L(0, 5)),
     bit(P(3, 3), L(1, 4)),
     bits(P(3, 2, 0), L(1, 7, 5)),
-    label(P(8), L(32), 1),
+    label(P(8), L(32), 1).named("label"),
     copied(P(11), L(44), 2),
     copied(P(17), L(52), 4),
-    label(P(21), L(37), 1),
+    label(P(21), L(37), 1).named("label"),
 };
 
 constexpr Layout variant_b_value{
-    "variant B with L0.5 set",
+    "variant B, 32-bit value",
     copied(P(13), L(48), 4),
 };
 
 constexpr Layout variant_c{
-    "variant C: L1.1 set, L0.1 and L0.3 clear",
+    "variant C",
     constant(P(4), 0xff),  // in place of L4-7
     constant(P(5), 0xff),
     constant(P(6), 0xff),
@@ -68,7 +66,6 @@ constexpr Layout variant_c{
 
 // The selector L1.1 comes back in L0.2, and L48-51 whether or not they were carried; both are intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(1, 4)),
     bit(L(0, 1), P(1, 7)),
     bit(L(0, 2), P(0, 5)),
@@ -77,22 +74,22 @@ constexpr Layout restored{
     copied(L(4), P(4), 4),
 };
 
-constexpr Layout restored_a = mirrored("variant A: P1.7 set", variant_a);
+constexpr Layout restored_a = mirrored(variant_a);
 
 constexpr Layout restored_b{
-    "variant B: P0.6 set, P1.7 clear",
+    "variant B, two labels",
     bit(L(0, 5), P(1, 1)),
     bit(L(0, 6), P(0, 7)),
     bit(L(1, 4), P(3, 3)),
     bits(L(1, 7, 5), P(3, 2, 0)),
-    label(L(32), P(8)),
-    label(L(37), P(21)),
+    label(L(32), P(8)).named("label"),
+    label(L(37), P(21)).named("label"),
     copied(L(44), P(11), 2),
     copied(L(48), P(13), 4),
     copied(L(52), P(17), 4),
 };
 
-constexpr Layout restored_c = mirrored("variant C: P0.5 set, P1.7 and P0.6 clear", variant_c);
+constexpr Layout restored_c = mirrored(variant_c);
 
 }  // namespace
 

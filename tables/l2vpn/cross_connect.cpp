@@ -27,7 +27,7 @@ constexpr Function selector_of_bits{
 };
 
 constexpr Layout flags{
-    "every record",
+    "flags",
     bit(P(0, 5), L(0, 6)),
     constant(P(0, 4, 0), result_header),
     bit(P(1, 2), L(4, 4)),
@@ -57,7 +57,7 @@ constexpr Layout types_1_2{
     copied(P(6), L(60), 2),
     copied(P(8), L(48), 4),
     constant(P(13), 0),
-    mapped(P(14), L(52), plus_one),
+    mapped(P(14), L(52), plus_one).named("counter"),
     bit(P(30, 7), L(3, 4)),
     bit(P(30, 6), L(3, 5)),
     bit(P(30, 5), L(3, 6)),
@@ -90,13 +90,13 @@ constexpr Layout types_3_4{
 };
 
 constexpr Layout types_3_4_label{
-    "types 3 and 4 with L4.4 clear",
-    label(P(7), L(60), 1),
+    "types 3 and 4, label",
+    label(P(7), L(60), 1).named("label"),
     copied(P(10), L(72), 2),
 };
 
 constexpr Layout types_3_4_value{
-    "types 3 and 4 with L4.4 set",
+    "types 3 and 4, 20-bit value",
     run(P(7, 0), L(64, 0), 20),
 };
 
@@ -124,13 +124,13 @@ constexpr Layout type_7{
 
 // Only the first of the two labels carries a marker.
 constexpr Layout types_9_10{
-    "types 9 and 10",
+    "types 9 and 10, two labels",
     inverted(P(1, 0), L(1, 1)),
     constant(P(1, 1), 1),
     constant(P(2, 6), 1),
     copied(P(4), L(60), 2),
-    label(P(6), L(62), 1),
-    label(P(9), L(67), 0),
+    label(P(6), L(62), 1).named("label"),
+    label(P(9), L(67), 0).named("label"),
     copied(P(12), L(57)),
     copied(P(13), L(56)),
     copied(P(14), L(58)),
@@ -139,7 +139,7 @@ constexpr Layout types_9_10{
 };
 
 constexpr Layout types_9_10_summary{
-    "types 9 and 10 with L1.5 set",
+    "types 9 and 10, summary bit",
     any(P(22, 7), L(3, 5, 4)),
 };
 
@@ -149,7 +149,7 @@ constexpr Layout type_10{
 };
 
 constexpr Layout type_11{
-    "type 11",
+    "type 11, selector",
     copied(P(4), L(56), 3),
     copied(P(8), L(68), 3),
     copied(P(11), L(64), 4),
@@ -159,7 +159,7 @@ constexpr Layout type_11{
 };
 
 constexpr Layout tail_l1_5_set{
-    "L1.5 set",
+    "tail",
     copied(P(16), L(44), 2),
     constant(P(18), 0),
     copied(P(19), L(28), 3),
@@ -170,13 +170,13 @@ constexpr Layout tail_l1_5_set{
 };
 
 constexpr Layout tail_l1_5_clear{
-    "L1.5 clear",
+    "tail",
     copied(P(16), L(40), 4),
     mapped(P(20, 7), L(12), 4, three_or_four),
 };
 
 constexpr Layout tail{
-    "every record, at the end",
+    "tail",
     bit(P(26, 6), L(2, 4)),
     bit(P(26, 5), L(3, 0)),
     bit(P(26, 2), L(2, 0)),
@@ -189,7 +189,7 @@ constexpr Layout tail{
 // The reverse goes by the marks, takes L3.2 from one of them, and leaves out L2.7, L12-15 and what P2.0 and P2.1 sum
 // up; all of it intended.
 constexpr Layout restored_flags{
-    "every record",
+    "flags",
     bit(L(0, 0), P(3, 3)),
     bit(L(0, 1), P(3, 4)),
     bit(L(0, 2), P(1, 4)),
@@ -225,18 +225,18 @@ constexpr Layout restored_1_2{
     bit(L(3, 5), P(30, 6)),
     bit(L(3, 6), P(30, 5)),
     copied(L(48), P(8), 4),
-    mapped(L(52), P(14), minus_one),
+    mapped(L(52), P(14), minus_one).named("counter"),
     copied(L(56), P(4), 2),
     copied(L(60), P(6), 2),
 };
 
 constexpr Layout restored_1{
-    "type 1: P1.7 set",
+    "type 1",
     constant(L(8), 1),
 };
 
 constexpr Layout restored_2{
-    "type 2: P0.6 set, P1.7 clear",
+    "type 2",
     constant(L(8), 2),
     copied(L(64), P(12)),
     copied(L(68), P(15)),
@@ -255,28 +255,28 @@ constexpr Layout restored_3_4{
 };
 
 constexpr Layout restored_3_4_label{
-    "types 3 and 4 with P1.2 clear",
-    label(L(60), P(7)),
+    "types 3 and 4, label",
+    label(L(60), P(7)).named("label"),
     copied(L(72), P(10), 2),
 };
 
 constexpr Layout restored_3_4_value{
-    "types 3 and 4 with P1.2 set",
+    "types 3 and 4, 20-bit value",
     run(L(64, 0), P(7, 0), 20),
 };
 
 constexpr Layout restored_3{
-    "type 3: P0.7 set, P2.5 and P2.4 clear, P1.7 and P0.6 clear",
+    "type 3",
     constant(L(8), 3),
 };
 
 constexpr Layout restored_4{
-    "type 4: P0.7 and P2.5 set, P2.4 clear, P1.7 and P0.6 clear",
+    "type 4",
     constant(L(8), 4),
 };
 
 constexpr Layout restored_9_10{
-    "types 9 and 10: P1.1 set, not types 1 to 4",
+    "types 9 and 10, two labels",
     bit(L(3, 4), P(22, 7)),
     bit(L(3, 5), P(22, 7)),
     copied(L(56), P(13)),
@@ -284,28 +284,28 @@ constexpr Layout restored_9_10{
     copied(L(58), P(14)),
     copied(L(59), P(15)),
     copied(L(60), P(4), 2),
-    label(L(62), P(6), L(66, 0)),
-    label(L(67), P(9), L(71, 0)),
+    label(L(62), P(6), L(66, 0)).named("label"),
+    label(L(67), P(9), L(71, 0)).named("label"),
     copied(L(72), P(30)),
 };
 
 constexpr Layout restored_9{
-    "type 9: P2.5 clear",
+    "type 9",
     constant(L(8), 9),
 };
 
 constexpr Layout restored_10{
-    "type 10: P2.5 set",
+    "type 10",
     constant(L(8), 10),
 };
 
 constexpr Layout restored_11{
-    "type 11: P26.3 set, not types 1 to 4, 9 and 10",
+    "type 11, selector",
     bit(L(3, 4), P(30, 7)),
     bit(L(3, 5), P(30, 6)),
     constant(L(8), 11),
     copied(L(56), P(4), 3),
-    mapped(L(60), P(7), selector_of_bits),
+    mapped(L(60), P(7), selector_of_bits).named("selector"),
     copied(L(64), P(11), 4),
     copied(L(68), P(8), 3),
 };
@@ -316,22 +316,22 @@ constexpr Layout restored_5_6_7{
 };
 
 constexpr Layout restored_5{
-    "type 5, and what was type 8: P0.7, P0.6 and P2.5 clear, not types 1 to 4 and 9 to 11",
+    "type 5, and what was type 8",
     constant(L(8), 5),
 };
 
 constexpr Layout restored_6{
-    "type 6: P0.7, P2.5 and P2.4 set, not types 1 to 4 and 9 to 11",
+    "type 6",
     constant(L(8), 6),
 };
 
 constexpr Layout restored_7{
-    "type 7: P0.7 and P2.4 set, P2.5 clear, not types 1 to 4 and 9 to 11",
+    "type 7",
     constant(L(8), 7),
 };
 
 constexpr Layout restored_p26_4_set{
-    "P26.4 set",
+    "tail",
     copied(L(24), P(31)),
     copied(L(28), P(19), 3),
     bits(L(32, 1, 0), P(22, 1, 0)),
@@ -340,7 +340,7 @@ constexpr Layout restored_p26_4_set{
 };
 
 constexpr Layout restored_p26_4_clear{
-    "P26.4 clear",
+    "tail",
     copied(L(40), P(16), 4),
 };
 

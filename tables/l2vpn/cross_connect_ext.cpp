@@ -11,7 +11,6 @@ constexpr std::size_t physical_size = 8;
 
 // Three values in three byte orders, as the network processor reads them.
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     bits(P(1, 3, 0), L(86, 3, 0)),
     run(P(1, 4), L(80, 0), 20),
@@ -19,7 +18,7 @@ constexpr Layout result{
     copied(P(6), L(88), 2),
 };
 
-constexpr Layout restored = mirrored("every record", result);
+constexpr Layout restored = mirrored(result);
 
 }  // namespace
 

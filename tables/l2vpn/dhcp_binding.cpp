@@ -8,9 +8,8 @@ namespace {
 
 // The halves of the MAC address change places, as the network processor looks them up.
 constexpr Layout key{
-    "every key",
-    copied(P(0), L(3), 3),
-    copied(P(3), L(0), 3),
+    copied(P(0), L(3), 3).named("MAC address"),
+    copied(P(3), L(0), 3).named("MAC address"),
     copied(P(6), L(8), 4),
     run(P(10, 0), L(12, 0), 19),
     copied(P(13), L(16), 2),
@@ -18,7 +17,6 @@ constexpr Layout key{
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     cleared(P(1), 7),
 };

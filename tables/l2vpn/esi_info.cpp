@@ -18,14 +18,14 @@ constexpr std::size_t physical_size = 8;
 constexpr std::uint8_t esi_key_mark = 0xff;  // in L7 of the key
 
 constexpr Layout msti_key{
-    "MSTI; in table 92 where L7 is not 0xff",
+    "spanning-tree instance",
     copied(P(0), L(0), 4),
     cleared(P(4), 2),
     mapped(P(6), L(4), plus_one),
 };
 
 constexpr Layout msti_result{
-    "MSTI; in table 92 where L0 is zero",
+    "spanning-tree instance",
     bit(P(0, 7), L(4, 0)),
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
@@ -33,17 +33,17 @@ constexpr Layout msti_result{
     copied(P(1), L(8)),
 };
 
-constexpr Layout restored_msti = mirrored("MSTI; in table 92 where L7 of the key is not 0xff", msti_result);
+constexpr Layout restored_msti = mirrored(msti_result);
 
 constexpr Layout esi_key{
-    "ESI: L7 is 0xff",
+    "Ethernet segment",
     copied(P(0), L(0), 3),
     run(P(3, 0), L(4, 0), 20),
     constant(P(6), 0),
 };
 
 constexpr Layout esi_result{
-    "ESI: L0 not zero",
+    "Ethernet segment",
     constant(P(0), result_header),
     constant(P(1), 0),
     copied(P(2), L(4), 4),
@@ -51,7 +51,7 @@ constexpr Layout esi_result{
 
 // L1.0 comes from the header, and L0 is not restored; both are intended.
 constexpr Layout restored_esi{
-    "ESI: L7 of the key is 0xff",
+    "Ethernet segment",
     bit(L(1, 0), P(0, 0)),
     copied(L(4), P(2), 4),
 };

@@ -11,14 +11,12 @@ constexpr std::size_t restored_logical_size = 32;  // as far as it is cleared
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout key{
-    "every key",
-    copied(P(0), L(4), 6),
+    copied(P(0), L(4), 6).named("MAC address"),
     copied(P(6), L(0), 2),
     constant(P(8), 0),
 };
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 1)),
     bit(P(0, 5), L(0, 0)),
     constant(P(0, 4, 0), result_header),
@@ -34,7 +32,6 @@ constexpr Layout result{
 
 // P5 is read along with P3-4, as intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(0, 5)),
     bit(L(0, 1), P(0, 7)),
     copied(L(4), P(3), 3),

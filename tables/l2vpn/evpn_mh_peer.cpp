@@ -15,7 +15,7 @@ constexpr std::size_t restored_logical_size = 12;  // as far as it is cleared, i
 constexpr std::size_t physical_size = 8;
 
 constexpr Layout backbone_mac_key{
-    "PBB-EVPN; in table 30 where L0.0 is set",
+    "PBB-EVPN",
     cleared(P(0), 4),
     any(P(4, 0), L(8)),
     constant(P(4, 3, 1), 0),
@@ -23,27 +23,27 @@ constexpr Layout backbone_mac_key{
 };
 
 constexpr Layout backbone_mac_result{
-    "PBB-EVPN; in table 30 where L0.0 is set",
+    "PBB-EVPN",
     constant(P(0), result_header),
     constant(P(1), 0),
-    copied(P(2), L(4), 6),
+    copied(P(2), L(4), 6).named("backbone MAC address"),
 };
 
-constexpr Layout restored_backbone_mac = mirrored("PBB-EVPN; in table 30 where P0.7 is clear", backbone_mac_result);
+constexpr Layout restored_backbone_mac = mirrored(backbone_mac_result);
 
 constexpr Layout peer_key{
-    "peer: L0.0 clear",
+    "peer",
     copied(P(0), L(4), 4),
     run(P(4, 0), L(9, 0), 20),
 };
 
 constexpr Layout peer_result{
-    "peer: L0.0 clear",
+    "peer",
     constant(P(0), 0x91),  // this form's header; P0.7 tells it from the other
     copied(P(4), L(1), 3),
 };
 
-constexpr Layout restored_peer = mirrored("peer: P0.7 set", peer_result);
+constexpr Layout restored_peer = mirrored(peer_result);
 
 }  // namespace
 

@@ -11,14 +11,12 @@ constexpr std::size_t restored_logical_size = 44;  // as far as it is cleared
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout key{
-    "every key",
-    copied(P(0), L(0), 3),
+    copied(P(0), L(0), 3).named("I-SID"),
     copied(P(3), L(4), 2),
     constant(P(5), 0),
 };
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 0)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),
@@ -39,7 +37,6 @@ constexpr Layout result{
 
 // P14-15 are not swapped back, and P6 is read along with P4-5; both are intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(0, 7)),
     bit(L(0, 1), P(0, 6)),
     bit(L(0, 2), P(0, 5)),

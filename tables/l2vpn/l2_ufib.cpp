@@ -10,10 +10,9 @@ constexpr std::size_t logical_size = 72;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout key{
-    "every key",
-    copied(P(0), L(8), 6),
-    copied(P(6), L(4), 2),
-    bits(P(8, 7, 6), L(6, 7, 6)),
+    copied(P(0), L(8), 6).named("MAC address"),
+    copied(P(6), L(4), 2).named("qualifier"),
+    bits(P(8, 7, 6), L(6, 7, 6)).named("qualifier"),
     constant(P(8, 5, 0), 0),
 };
 
@@ -23,7 +22,6 @@ constexpr Function l0_1_or_l0_0_without_l0_2{
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 5), L(0, 5)),
     constant(P(0, 4, 0), result_header),
     constant(P(1, 7), 0),
@@ -59,81 +57,80 @@ constexpr Layout common{
 };
 
 constexpr Layout destination{
-    "L0.7 clear",
+    "destination",
     bit(P(0, 7), L(7, 5)),
     bit(P(0, 6), L(7, 6)),
-    copied(P(12), L(4), 4),
+    copied(P(12), L(4), 4).named("destination"),
 };
 
 constexpr Layout halved_destination{
-    "L0.7 set",
-    run(P(12, 0), L(8, 1), 31),
+    "halved destination",
+    run(P(12, 0), L(8, 1), 31).named("destination"),
 };
 
 constexpr Layout variant_1{
-    "variant 1: L1.0 set",
+    "variant 1",
     bit(P(3, 6), L(1, 2)),
     copied(P(20), L(68), 2),
 };
 
 constexpr Layout variant_1_20_bits{
-    "variant 1 with L3.1 set",
+    "variant 1, 20 bits",
     constant(P(0, 6), 0),  // in place of L7.6
     run(P(16, 0), L(52, 0), 20),
     constant(P(18, 4), 1),
 };
 
 constexpr Layout variant_1_32_bits{
-    "variant 1 with L3.1 clear",
+    "variant 1, 32 bits",
     copied(P(16), L(64), 4),
 };
 
 constexpr Layout variant_2{
-    "variant 2: L0.0 set, L1.0 clear",
+    "variant 2",
     copied(P(16), L(36), 6),
     copied(P(25), L(42)),
 };
 
 constexpr Layout variant_3{
-    "variant 3: L0.1 and L0.2 set, L1.0 and L0.0 clear",
+    "variant 3",
     cleared(P(12), 4),  // in place of the destination
 };
 
 constexpr Layout variant_3_value{
-    "variant 3 with L0.6 set",
+    "variant 3, value",
     run(P(16, 0), L(44, 0), 20),
 };
 
 constexpr Layout variant_4{
-    "variant 4: L0.2 set, L1.0, L0.0 and L0.1 clear",
+    "variant 4",
     copied(P(16), L(48), 2),
 };
 
 constexpr Layout variant_4_marked{
-    "variant 4 with L2.6 set",
+    "variant 4",
     constant(P(0, 7), 1),
     constant(P(1, 0), 1),
 };
 
 constexpr Layout variant_4_byte{
-    "variant 4 with L2.6 clear",
+    "variant 4, byte",
     copied(P(25), L(42)),
 };
 
 constexpr Layout variant_4_value{
-    "variant 4 with L2.7 set",
+    "variant 4, value",
     run(P(18, 0), L(52, 0), 20),
     constant(P(21, 0), 1),
 };
 
 constexpr Layout variant_4_label{
-    "variant 4 with L2.7 clear",
-    label(P(18), L(52), 1),
+    "variant 4, label",
+    label(P(18), L(52), 1).named("label"),
 };
 
 // The reverse restores fewer flags than the result carries, some of them only in the variant that uses them; intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(1, 3)),
     bit(L(0, 1), P(2, 4)),
     bit(L(0, 3), P(1, 6)),
@@ -153,25 +150,25 @@ constexpr Layout restored{
 };
 
 constexpr Layout restored_destination{
-    "P2.1 clear",
-    copied(L(4), P(12), 4),
+    "destination",
+    copied(L(4), P(12), 4).named("destination"),
 };
 
-constexpr Layout restored_halved_destination = mirrored("P2.1 set", halved_destination);
+constexpr Layout restored_halved_destination = mirrored(halved_destination);
 
 constexpr Layout restored_3_4{
-    "variants 3 and 4: P2.3 set",
+    "variants 3 and 4",
     constant(L(0, 2), 1),
     bit(L(2, 2), P(26, 4)),
 };
 
 constexpr Layout restored_3_value{
-    "variant 3: P2.3, P2.4 and P1.5 set",
+    "variant 3, value",
     copied(L(44), P(16), 3),
 };
 
 constexpr Layout restored_4{
-    "variant 4: P2.3 set, P2.4 or P1.5 clear",
+    "variant 4",
     bit(L(2, 4), P(2, 7)),
     bit(L(2, 6), P(1, 0)),
     copied(L(42), P(25)),
@@ -179,32 +176,32 @@ constexpr Layout restored_4{
 };
 
 constexpr Layout restored_4_value{
-    "variant 4 with P21.0 set",
+    "variant 4, value",
     constant(L(2, 7), 1),
     run(L(52, 0), P(18, 0), 20),
 };
 
 constexpr Layout restored_4_label{
-    "variant 4 with P21.0 clear",
-    label(L(52), P(18)),
+    "variant 4, label",
+    label(L(52), P(18)).named("label"),
 };
 
-constexpr Layout restored_2 = mirrored("variant 2: P1.3 set", variant_2);
+constexpr Layout restored_2 = mirrored(variant_2);
 
 constexpr Layout restored_1{
-    "variant 1: P2.0 set",
+    "variant 1",
     constant(L(1, 0), 1),
     bit(L(1, 2), P(3, 6)),
     copied(L(68), P(20), 2),
 };
 
 constexpr Layout restored_1_20_bits{
-    "variant 1 with P1.2 set",
+    "variant 1, 20 bits",
     constant(L(3, 1), 1),
     run(L(52, 0), P(16, 0), 20),
 };
 
-constexpr Layout restored_1_32_bits = mirrored("variant 1 with P1.2 clear", variant_1_32_bits);
+constexpr Layout restored_1_32_bits = mirrored(variant_1_32_bits);
 
 }  // namespace
 

@@ -16,25 +16,24 @@ constexpr Function one_path{
 };
 
 constexpr Layout common{
-    "every record",
     constant(P(0), result_header),
     bit(P(1, 1), L(0, 4)),
     inverted(P(1, 0), L(0, 4)),
     bit(P(2, 3), L(0, 2)),
     bit(P(2, 0), L(0, 4)),
-    mapped(P(3), L(4), hop_byte),
+    mapped(P(3), L(4), hop_byte).named("path count"),
 };
 
 constexpr Layout plain{
-    "plain path: L0.4 clear",
-    mapped(P(1, 2), L(4), one_path),
+    "plain path",
+    mapped(P(1, 2), L(4), one_path).named("path count"),
     copied(P(4), L(8), 3),
 };
 
 constexpr Layout labelled{
-    "labelled paths: L0.4 set",
+    "labelled paths",
     any(P(2, 6), L(12, 0), L(17, 0), L(22, 0), L(27, 0), bytes(L(32), 3)),
-    label(P(4), L(8), L(12, 0)).repeated(4, P(3), L(5)),
+    label(P(4), L(8), L(12, 0)).repeated(4, P(3), L(5)).named("label"),
     copied(P(16), L(28), 3),
     copied(P(19), L(32), 3),
 };

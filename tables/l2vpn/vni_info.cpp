@@ -12,15 +12,15 @@ constexpr std::size_t logical_size = 36;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout key_of_kind_0{
-    "kind 0: L0 zero",
-    copied(P(0), L(0)),
+    "kind 0",
+    copied(P(0), L(0)).named("kind"),
     constant(P(1), 0),
     copied(P(2), L(4), 2),
 };
 
 constexpr Layout key_of_other_kinds{
-    "other kinds: L0 not zero",
-    copied(P(0), L(0)),
+    "other kinds",
+    copied(P(0), L(0)).named("kind"),
     copied(P(1), L(4), 3),
 };
 
@@ -30,7 +30,6 @@ constexpr Function is_four{
 };
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 2)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 3)),
@@ -52,7 +51,6 @@ constexpr Layout result{
 
 // P10 is read along with P8-9, and of P30 all bits; both are intended.
 constexpr Layout restored{
-    "every record",
     mapped(L(0, 0), P(11), is_four),
     bit(L(0, 1), P(0, 6)),
     bit(L(0, 2), P(0, 7)),

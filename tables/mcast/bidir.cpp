@@ -13,19 +13,17 @@ constexpr std::size_t restored_size = 48;
 constexpr std::size_t physical_size = 20;
 
 constexpr Layout key{
-    "every key",
     swapped(P(0), L(0), 3),
     bit(P(3, 7), L(4, 7)),
     copied(P(4), L(5)),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(4), L(0), 16),
 };
 
-constexpr Layout restored = mirrored("every record", result);
+constexpr Layout restored = mirrored(result);
 
 }  // namespace
 

@@ -12,20 +12,18 @@ constexpr std::size_t logical_size = 32;
 constexpr std::size_t physical_size = 20;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(2)),
     copied(P(1), L(0), 2),
     copied(P(3), L(4), 3),
 };
 
 constexpr Layout common{
-    "every record",
     constant(P(0), result_header),
     bit(P(1, 4), L(4, 0)),
 };
 
 constexpr Layout type_1{
-    "type 1: L0-3 is 1",
+    "type 1",
     constant(P(0, 6), 1),
     inverted(P(1, 5), L(4, 1)),
     swapped(P(2), L(8), 4),
@@ -35,16 +33,16 @@ constexpr Layout type_1{
 
 // The label stands twice: least significant byte first, with a nibble above it, and as a label field.
 constexpr Layout type_2{
-    "type 2: L0-3 is 2",
+    "type 2",
     constant(P(0, 7), 1),
     inverted(P(1, 5), L(4, 1)),
-    copied(P(2), L(8), 3),
+    copied(P(2), L(8), 3).named("label"),
     also(bits(P(4, 7, 4), L(12, 3, 0))),
-    label(P(5), L(8), L(12, 0)),
+    label(P(5), L(8), L(12, 0)).named("label"),
 };
 
 constexpr Layout type_3{
-    "type 3: L0-3 is 3",
+    "type 3",
     constant(P(0, 5), 1),
     copied(P(2), L(12), 3),
     swapped(P(5), L(16), 3),
@@ -52,7 +50,7 @@ constexpr Layout type_3{
 };
 
 constexpr Layout type_4{
-    "type 4: L0-3 is 4",
+    "type 4",
     bit(P(1, 7), L(4, 3)),
     constant(P(1, 6), 1),
     constant(P(1, 0), 1),
@@ -69,10 +67,10 @@ constexpr Layout all_types{
 
 // The reverse does not swap back what types 1 and 4 swap, swaps what type 1 does not, and takes only the label field of
 // type 2, without its flag; all of it intended.
-constexpr Layout restored_common = mirrored("every record", common);
+constexpr Layout restored_common = mirrored(common);
 
 constexpr Layout restored_type_1{
-    "type 1: P0.6 set",
+    "type 1",
     constant(L(0), 1),
     inverted(L(4, 1), P(1, 5)),
     copied(L(8), P(2), 8),
@@ -80,14 +78,14 @@ constexpr Layout restored_type_1{
 };
 
 constexpr Layout restored_type_2{
-    "type 2: P0.7 set, P0.6 clear",
+    "type 2",
     constant(L(0), 2),
     inverted(L(4, 1), P(1, 5)),
-    label(L(8), P(5)),
+    label(L(8), P(5)).named("label"),
 };
 
 constexpr Layout restored_type_3{
-    "type 3: P0.5 set, P0.6 and P0.7 clear",
+    "type 3",
     constant(L(0), 3),
     copied(L(12), P(2), 3),
     swapped(L(16), P(5), 3),
@@ -95,13 +93,13 @@ constexpr Layout restored_type_3{
 };
 
 constexpr Layout restored_type_4{
-    "type 4: P1.6 set, P0.6, P0.7 and P0.5 clear",
+    "type 4",
     constant(L(0), 4),
     bit(L(4, 3), P(1, 7)),
     copied(L(8), P(2), 8),
 };
 
-constexpr Layout restored_all_types = mirrored("types 1 to 4", all_types);
+constexpr Layout restored_all_types = mirrored(all_types);
 
 }  // namespace
 

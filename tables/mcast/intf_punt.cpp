@@ -12,13 +12,11 @@ constexpr std::size_t logical_size = 0;
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout key{
-    "every key",
     swapped(P(0), L(0), 4),
     swapped(P(4), L(4), 4),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
 };
 

@@ -16,22 +16,19 @@ constexpr std::size_t ipv6_sg_result_size = 16;
 
 // The source stands before the group, the other way round than in the logical keys.
 constexpr Layout ipv4_key{
-    "every IPv4 key",
-    swapped(P(0), L(4), 4),
-    swapped(P(4), L(0), 4),
+    swapped(P(0), L(4), 4).named("source address"),
+    swapped(P(4), L(0), 4).named("group address"),
     copied(P(8), L(8), 2),
 };
 
 constexpr Layout ipv6_sg_key{
-    "every IPv6 (S,G) key",
-    swapped(P(0), L(16), 16),
-    swapped(P(16), L(0), 16),
+    swapped(P(0), L(16), 16).named("source address"),
+    swapped(P(16), L(0), 16).named("group address"),
     copied(P(32), L(32), 2),
 };
 
 constexpr Layout ipv6_g_key{
-    "every IPv6 (*,G) key",
-    swapped(P(0), L(0), 16),
+    swapped(P(0), L(0), 16).named("group address"),
     copied(P(16), L(32), 2),
 };
 

@@ -11,7 +11,7 @@ constexpr std::size_t physical_size = 32;
 
 // What the reverse takes back as it stands.
 constexpr Layout fields{
-    "every record: flags and values",
+    "flags and values",
     bit(P(0, 7), L(0, 7)),
     bit(P(0, 6), L(40, 3)),
     bit(P(0, 5), L(1, 3)),
@@ -40,34 +40,33 @@ constexpr Layout fields{
 // P6-8 are a type code in bits 23-20 and an index in bits 19-0, the key of table 52. The bits of L40-43 above the index
 // stay in it: the code is ORed to them.
 constexpr Layout header_and_index{
-    "every record: header, L28.0 and index",
+    "header and index",
     constant(P(0, 4), 1),
     constant(P(0, 0), 1),
     bit(P(1, 4), L(28, 0)),
-    copied(P(6), L(41), 3),
+    copied(P(6), L(41), 3).named("index"),
 };
 
 constexpr Layout own_code{
-    "L36-39 neither 3 nor 4",
-    also(bits(P(8, 7, 4), L(36, 3, 0))),
+    "type code",
+    also(bits(P(8, 7, 4), L(36, 3, 0))).named("type"),
 };
 
 constexpr Layout shared_code{
-    "L36-39 3 or 4",
+    "type code of types 3 and 4",
     also(constant(P(8, 7, 4), 3)),
 };
 
 constexpr Layout suppressed{
-    "L1.2 set",
     constant(P(1, 6), 0),
 };
 
-constexpr Layout restored_fields = mirrored("every record: flags and values", fields);
+constexpr Layout restored_fields = mirrored(fields);
 
 // Neither the type code nor P1.4 is restored; intended.
 constexpr Layout restored_index{
-    "every record: index",
-    run(L(41, 0), P(6, 0), 20),
+    "index",
+    run(L(41, 0), P(6, 0), 20).named("index"),
 };
 
 }  // namespace

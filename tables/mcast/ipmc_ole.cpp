@@ -12,7 +12,6 @@ constexpr std::size_t logical_size = 60;
 constexpr std::size_t physical_size = 24;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(2)),
     bit(P(1, 4), L(0, 0)),
     bits(P(1, 3, 0), L(3, 3, 0)),
@@ -20,7 +19,6 @@ constexpr Layout key{
 };
 
 constexpr Layout common{
-    "every record",
     constant(P(0), result_header),
     bit(P(2, 3), L(4, 4)),
     bit(P(2, 1), L(4, 0)),
@@ -31,12 +29,12 @@ constexpr Layout common{
 };
 
 constexpr Layout type_1_bit{
-    "type 1: L0-3 is 1",
+    "type 1",
     constant(P(0, 5), 1),
 };
 
 constexpr Layout type_2{
-    "type 2: L0-3 is 2",
+    "type 2",
     constant(P(0, 6), 1),
     swapped(P(4), L(28), 3),
     swapped(P(7), L(32), 3),
@@ -44,7 +42,7 @@ constexpr Layout type_2{
 };
 
 constexpr Layout type_3{
-    "type 3: L0-3 is 3",
+    "type 3",
     constant(P(0, 7), 1),
     swapped(P(4), L(20), 4),
     copied(P(8), L(24)),
@@ -52,40 +50,40 @@ constexpr Layout type_3{
 };
 
 constexpr Layout type_4{
-    "type 4: L0-3 is 4",
+    "type 4",
     constant(P(1, 1), 1),
     copied(P(4), L(12), 2),
-    label(P(6), L(42), L(46, 0)),
-    label(P(9), L(47), L(51, 0)),
+    label(P(6), L(42), L(46, 0)).named("label"),
+    label(P(9), L(47), L(51, 0)).named("label"),
     copied(P(12), L(52), 4),
     copied(P(16), L(40)),
 };
 
 constexpr Layout other_types{
-    "type 1 and unknown types: L0-3 neither 2, 3 nor 4",
+    "type 1 and unknown types",
     copied(P(4), L(12), 2),
     copied(P(6), L(36), 2),
     copied(P(12), L(56), 4),
 };
 
-constexpr Layout restored_common = mirrored("every record", common);
+constexpr Layout restored_common = mirrored(common);
 
 // The reverse shows the type-4 bit among the flags too, reads P8 into L38 in types 0 and 1, and loses the second value
 // of type 2 and the flags of type 4's labels; all of it intended.
 constexpr Layout restored_type_4_bit{
-    "every record: the type-4 bit",
+    "type-4 bit",
     bit(L(4, 2), P(1, 1)),
 };
 
 constexpr Layout restored_type_2{
-    "type 2: P0.6 set",
+    "type 2",
     constant(L(0), 2),
     swapped(L(28), P(4), 3),
     copied(L(56), P(12), 4),
 };
 
 constexpr Layout restored_type_3{
-    "type 3: P0.7 set, P0.6 and P0.5 clear",
+    "type 3",
     constant(L(0), 3),
     swapped(L(20), P(4), 4),
     copied(L(24), P(8)),
@@ -93,17 +91,17 @@ constexpr Layout restored_type_3{
 };
 
 constexpr Layout restored_type_4{
-    "type 4: P1.1 set, P0.7, P0.6 and P0.5 clear",
+    "type 4",
     constant(L(0), 4),
     copied(L(12), P(4), 2),
     copied(L(40), P(16)),
-    label(L(42), P(6)),
-    label(L(47), P(9)),
+    label(L(42), P(6)).named("label"),
+    label(L(47), P(9)).named("label"),
     copied(L(52), P(12), 4),
 };
 
 constexpr Layout restored_types_0_and_1{
-    "type 1: P0.5 set, P0.6 clear; type 0: no type bit set",
+    "types 0 and 1",
     bit(L(0, 0), P(0, 5)),
     copied(L(12), P(4), 2),
     copied(L(36), P(6), 3),

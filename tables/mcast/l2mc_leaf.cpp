@@ -15,22 +15,19 @@ constexpr std::size_t result_size = 4;
 constexpr std::size_t ipv6_sg_result_size = 16;
 
 constexpr Layout ipv4_key{
-    "L4 not 0",
-    swapped(P(0), L(5), 4),
-    swapped(P(4), L(21), 4),
+    swapped(P(0), L(5), 4).named("source address"),
+    swapped(P(4), L(21), 4).named("group address"),
     copied(P(8), L(0), 2),
 };
 
 constexpr Layout ipv6_sg_key{
-    "every IPv6 (S,G) key",
-    swapped(P(0), L(5), 16),
-    swapped(P(16), L(21), 16),
+    swapped(P(0), L(5), 16).named("source address"),
+    swapped(P(16), L(21), 16).named("group address"),
     copied(P(32), L(0), 2),
 };
 
 constexpr Layout ipv6_g_key{
-    "every IPv6 (*,G) key",
-    swapped(P(0), L(21), 16),
+    swapped(P(0), L(21), 16).named("group address"),
     copied(P(16), L(0), 2),
 };
 

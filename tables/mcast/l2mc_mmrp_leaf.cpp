@@ -11,15 +11,13 @@ constexpr std::size_t key_physical_size = 9;
 constexpr std::size_t physical_size = 8;
 
 constexpr Layout key{
-    "every key",
-    copied(P(0), L(4), 6),
+    copied(P(0), L(4), 6).named("MAC address"),
     copied(P(6), L(0), 2),
 };
 
 // One byte higher than where the result takes it from; intended.
 constexpr Layout restored{
-    "every record",
-    copied(L(1), P(1), 3),
+    copied(L(1), P(1), 3).named("node reference"),
 };
 
 }  // namespace

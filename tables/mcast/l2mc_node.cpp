@@ -10,7 +10,6 @@ constexpr std::size_t logical_size = 56;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(16, 0)),
     constant(P(0, 6, 0), result_header),
     bit(P(1, 7), L(21, 0)),
@@ -29,7 +28,7 @@ constexpr Layout result{
     swapped(P(30), L(32), 2),
 };
 
-constexpr Layout restored = mirrored("every record", result);
+constexpr Layout restored = mirrored(result);
 
 }  // namespace
 

@@ -13,7 +13,6 @@ constexpr std::size_t physical_size = 16;
 
 // The key of the IP outgoing list but for the last value, which loses L7 and is not swapped; intended.
 constexpr Layout key{
-    "every key",
     copied(P(0), L(2)),
     bit(P(1, 4), L(0, 0)),
     bits(P(1, 3, 0), L(3, 3, 0)),
@@ -21,7 +20,6 @@ constexpr Layout key{
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 7), L(0, 1)),
     bit(P(0, 6), L(0, 2)),
     bit(P(0, 5), L(0, 0)),
@@ -32,38 +30,37 @@ constexpr Layout common{
 };
 
 constexpr Layout l0_2{
-    "L0.2 set",
+    "L0.2 variant",
     copied(P(7), L(8), 4),
     swapped(P(11), L(36), 3),
 };
 
 constexpr Layout l0_1{
-    "L0.1 set, L0.2 clear",
+    "L0.1 variant",
     copied(P(7), L(16), 4),
     copied(P(11), L(12), 2),
 };
 
 constexpr Layout l0_0{
-    "L0.0 set, L0.2 and L0.1 clear",
+    "L0.0 variant",
     swapped(P(7), L(32), 3),
     swapped(P(10), L(28), 3),
     swapped(P(13), L(24), 3),
 };
 
 constexpr Layout no_variant_bit{
-    "L0.2, L0.1 and L0.0 clear",
+    "default variant",
     copied(P(7), L(8), 4),
 };
 
-constexpr Layout restored_common = mirrored("every record", common);
-constexpr Layout restored_l0_2 = mirrored("P0.6 set", l0_2);
-constexpr Layout restored_l0_1 = mirrored("P0.7 set, P0.6 clear", l0_1);
-constexpr Layout restored_l0_0 = mirrored("P0.5 set, P0.6 and P0.7 clear", l0_0);
-constexpr Layout restored_no_variant_bit = mirrored("P0.6, P0.7 and P0.5 clear", no_variant_bit);
+constexpr Layout restored_common = mirrored(common);
+constexpr Layout restored_l0_2 = mirrored(l0_2);
+constexpr Layout restored_l0_1 = mirrored(l0_1);
+constexpr Layout restored_l0_0 = mirrored(l0_0);
+constexpr Layout restored_no_variant_bit = mirrored(no_variant_bit);
 
 // Whatever L4 was, it comes back as 0 or 1.
 constexpr Layout restored_l4{
-    "every record: L4",
     bit(L(4, 0), P(2, 2)),
 };
 

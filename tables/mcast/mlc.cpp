@@ -13,13 +13,11 @@ constexpr std::size_t physical_size = 32;
 
 // The word of the multicast encapsulation's key, but with an index of 16 bits and the type as it is for a code.
 constexpr Layout key{
-    "every key",
-    copied(P(0), L(4), 2),
-    bits(P(2, 7, 4), L(0, 3, 0)),
+    copied(P(0), L(4), 2).named("index"),
+    bits(P(2, 7, 4), L(0, 3, 0)).named("type"),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
 };
 

@@ -13,12 +13,10 @@ constexpr std::size_t info_physical_size = 32;
 constexpr std::size_t counter_size = 16;
 
 constexpr Layout info_key{
-    "every key",
     swapped(P(0), L(4), 4),
 };
 
 constexpr Layout info{
-    "every record",
     bit(P(0, 7), L(4, 0)),
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
@@ -34,12 +32,10 @@ constexpr Layout info{
 };
 
 constexpr Layout info_value{
-    "L4.1 set",
     swapped(P(20), L(36), 4),
 };
 
 constexpr Layout counter{
-    "every record",
     bit(P(0, 6), L(0, 0)),
     bit(P(0, 5), L(0, 1)),
     constant(P(0, 4, 0), result_header),
@@ -47,7 +43,6 @@ constexpr Layout counter{
 };
 
 constexpr Layout counter_values{
-    "L0.2 set",
     copied(P(6), L(12), 2),
     swapped(P(8), L(8), 4),
     swapped(P(12), L(4), 4),

@@ -15,24 +15,23 @@ constexpr std::size_t physical_size = 32;
 // The word of P6-8 of the IP multicast node: a type code in bits 23-20, an index in bits 19-0. An index of more than 20
 // bits is ORed into the code.
 constexpr Layout type_2_key{
-    "type 2: L0-3 is 2",
-    copied(P(0), L(4), 3),
+    "type 2",
+    copied(P(0), L(4), 3).named("index"),
     also(constant(P(2, 7, 4), 2)),
 };
 
 constexpr Layout types_3_and_4_key{
-    "types 3 and 4: L0-3 is 3 or 4",
-    copied(P(0), L(4), 3),
+    "types 3 and 4",
+    copied(P(0), L(4), 3).named("index"),
     also(constant(P(2, 7, 4), 3)),
 };
 
 constexpr Layout header{
-    "every record",
     constant(P(0), result_header),
 };
 
 constexpr Layout type_2{
-    "type 2: L0-3 is 2",
+    "type 2",
     constant(P(1, 7), 1),
     copied(P(4), L(24), 2),
     copied(P(6), L(8), 3),
@@ -43,7 +42,7 @@ constexpr Layout type_2{
 };
 
 constexpr Layout type_3{
-    "type 3: L0-3 is 3",
+    "type 3",
     constant(P(1, 6), 1),
     bit(P(1, 5), L(4, 0)),
     bit(P(1, 4), L(4, 1)),
@@ -60,7 +59,7 @@ constexpr Layout type_3{
 };
 
 constexpr Layout type_4{
-    "type 4: L0-3 is 4",
+    "type 4",
     constant(P(0, 7), 1),
     bit(P(0, 6), L(4, 1)),
     swapped(P(4), L(8), 3),
@@ -70,20 +69,20 @@ constexpr Layout type_4{
     copied(P(16), L(24), 3),
     copied(P(19), L(28), 2),
     copied(P(21), L(30)),
-    label_bits(P(22), L(32)),
+    label_bits(P(22), L(32)).named("label"),
     swapped(P(27), L(37), 3),
     swapped(P(30), L(40), 2),
 };
 
 // Not restored; intended.
 constexpr Layout type_4_label_flag{
-    "type 4: the flag of the label",
+    "type 4, flag of the label",
     bit(P(24, 0), L(36, 0)),
 };
 
-constexpr Layout restored_type_2 = mirrored("type 2, as the caller says", type_2);
-constexpr Layout restored_type_3 = mirrored("type 3, as the caller says", type_3);
-constexpr Layout restored_type_4 = mirrored("type 4, as the caller says", type_4);
+constexpr Layout restored_type_2 = mirrored(type_2);
+constexpr Layout restored_type_3 = mirrored(type_3);
+constexpr Layout restored_type_4 = mirrored(type_4);
 
 NPXLATE_INLINE Number type_of(const void* logical) { return LogicalSource<4>{logical}.little32(L(0)); }
 

@@ -12,14 +12,12 @@ constexpr std::size_t logical_size = 32;
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(0), 2),
     copied(P(2), L(4), 3),
     copied(P(5), L(8)),
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 7), L(0, 1)),
     bit(P(0, 6), L(0, 0)),
     none(P(0, 5), L(0, 1, 0)),  // part of this table's header 0x31, where neither variant bit is set
@@ -28,21 +26,21 @@ constexpr Layout common{
 };
 
 constexpr Layout l0_0{
-    "L0.0 set",
+    "L0.0 variant",
     swapped(P(3), L(12), 3),
     swapped(P(6), L(16), 3),
     copied(P(9), L(20), 3),
 };
 
 constexpr Layout l0_1{
-    "L0.1 set, L0.0 clear",
+    "L0.1 variant",
     copied(P(4), L(8), 3),
     copied(P(7), L(28), 4),
     copied(P(11), L(24), 3),
 };
 
 constexpr Layout no_variant_bit{
-    "L0.0 and L0.1 clear",
+    "variant with neither bit",
     copied(P(4), L(4), 3),
     copied(P(7), L(28), 4),
 };

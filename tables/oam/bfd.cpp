@@ -15,23 +15,22 @@ constexpr std::uint32_t cfm_type = 1;
 constexpr std::uint32_t discriminator_type = 2;
 
 constexpr Layout transmit_key{
-    "every transmit key",
     copied(P(2), L(1)),
     copied(P(3), L(0)),
 };
 
 constexpr Layout transmit_key_swapped{
-    "transmit key with L1 = 2 or 4",
+    "swapped",
     swapped(P(0), L(2), 2),
 };
 
 constexpr Layout transmit_key_kept{
-    "transmit key with L1 neither 2 nor 4",
+    "byte order kept",
     copied(P(0), L(2), 2),
 };
 
 constexpr Layout header{
-    "every BFD record",
+    "BFD header",
     bits(P(0, 7, 5), L(0, 7, 5)),
     constant(P(0, 4), 1),
     bits(P(0, 3, 1), L(0, 3, 1)),
@@ -40,7 +39,7 @@ constexpr Layout header{
 
 // P32, where a CFM entry has its type, stays zero.
 constexpr Layout encapsulation{
-    "BFD encapsulation: L32.7-4 not 1",
+    "BFD encapsulation",
     copied(P(1), L(1)),
     swapped(P(2), L(2), 4),
     copied(P(6), L(6), 10),
@@ -51,28 +50,28 @@ constexpr Layout encapsulation{
 };
 
 constexpr Layout payload{
-    "BFD payload: L2.3-0 not 1",
+    "BFD payload",
     copied(P(1), L(1)),
     constant(P(32), 1),
 };
 
 constexpr Layout payload_whole{
-    "BFD payload with L0.5 clear",
+    "BFD payload, whole",
     copied(P(4), L(4), 24),
 };
 
 constexpr Layout payload_word{
-    "BFD payload with L0.5 set",
+    "BFD payload, one word",
     copied(P(12), L(12), 4),
 };
 
 constexpr Layout receive{
-    "BFD receive: L7 neither 1 nor 2",
+    "BFD receive",
     copied(P(1), L(1)),
     copied(P(2), L(2)),
     copied(P(3), L(3)),
     copied(P(4), L(4), 3).repeated(5, P(4), L(4)),
-    copied(P(7), L(7)),
+    copied(P(7), L(7)).named("type"),
 };
 
 constexpr Layout discriminator{
@@ -80,7 +79,7 @@ constexpr Layout discriminator{
     copied(P(1), L(1), 3),
     constant(P(4), 0),
     bits(P(5, 5, 0), L(5, 5, 0)),
-    copied(P(7), L(7)),
+    copied(P(7), L(7)).named("type"),
     copied(P(8), L(8), 3),
     copied(P(12), L(12), 3),
     copied(P(16), L(16)),
@@ -89,13 +88,13 @@ constexpr Layout discriminator{
 // The reverses keep other bits of byte 0 than the results, swap nothing back, and know neither discriminator entries
 // nor their type in P7; all of it intended.
 constexpr Layout restored_header{
-    "every BFD record",
+    "BFD header",
     bits(L(0, 7, 4), P(0, 7, 4)),
     bit(L(0, 0), P(0, 0)),
 };
 
 constexpr Layout restored_encapsulation{
-    "BFD encapsulation: P32.7-4 not 1",
+    "BFD encapsulation",
     copied(L(1), P(1)),
     copied(L(2), P(2), 4),
     copied(L(6), P(6), 10),
@@ -106,17 +105,17 @@ constexpr Layout restored_encapsulation{
 };
 
 constexpr Layout restored_payload{
-    "BFD payload: P2.3-0 not 1",
+    "BFD payload",
     copied(L(1), P(1)),
     bit(L(32, 0), P(32, 0)),
 };
 
-constexpr Layout restored_payload_whole = mirrored("BFD payload with P0.5 clear", payload_whole);
+constexpr Layout restored_payload_whole = mirrored(payload_whole);
 
-constexpr Layout restored_payload_word = mirrored("BFD payload with P0.5 set", payload_word);
+constexpr Layout restored_payload_word = mirrored(payload_word);
 
 constexpr Layout restored_receive{
-    "BFD receive: P7 not 1",
+    "BFD receive",
     copied(L(1), P(1)),
     copied(L(2), P(2)),
     copied(L(3), P(3)),

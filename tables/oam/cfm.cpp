@@ -12,7 +12,7 @@ constexpr std::size_t second_transmit_size = 64;
 constexpr std::size_t receive_size = 24;
 
 constexpr Layout transmit{
-    "every CFM transmit record",
+    "CFM transmit",
     constant(P(0, 7, 6), 0),
     bit(P(0, 5), L(0, 5)),
     constant(P(0, 4, 0), result_header),
@@ -24,7 +24,7 @@ constexpr Layout transmit{
     copied(P(12), L(12), 6),
     copied(P(18), L(18), 6),
     copied(P(24), L(24), 8),
-    bits(P(32, 7, 4), L(32, 7, 4)),
+    bits(P(32, 7, 4), L(32, 7, 4)).named("type"),
     constant(P(32, 3, 0), 1),
     swapped(P(33), L(33), 2),
     swapped(P(35), L(35), 3).repeated(4, P(3), L(3)),
@@ -41,10 +41,10 @@ constexpr Layout transmit{
 };
 
 constexpr Layout second_transmit{
-    "every second CFM transmit record",
+    "second CFM transmit",
     constant(P(0), result_header),
     copied(P(1), L(1)),
-    bits(P(2, 7, 4), L(2, 3, 0)),
+    bits(P(2, 7, 4), L(2, 3, 0)).named("type"),
     copied(P(3), L(3), 6),
     copied(P(9), L(9), 23),
     constant(P(32), 1),
@@ -52,7 +52,7 @@ constexpr Layout second_transmit{
 };
 
 constexpr Layout receive{
-    "every CFM receive record",
+    "CFM receive",
     bits(P(0, 7, 6), L(0, 7, 6)),
     constant(P(0, 5), 0),  // L0.5 is dropped
     constant(P(0, 4), 1),
@@ -60,7 +60,7 @@ constexpr Layout receive{
     constant(P(0, 0), 1),
     copied(P(1), L(1), 2),
     swapped(P(4), L(4), 3),
-    copied(P(7), L(7)),
+    copied(P(7), L(7)).named("type"),
     swapped(P(8), L(8), 3),
     swapped(P(12), L(12), 3),
     copied(P(16), L(16), 4),
@@ -69,7 +69,7 @@ constexpr Layout receive{
 // The reverses swap nothing back, and put the header and the constants of the physical record into the logical one; all
 // of it intended.
 constexpr Layout restored_transmit{
-    "every CFM transmit record",
+    "CFM transmit",
     constant(L(0), result_header),
     copied(L(1), P(1)),
     copied(L(2), P(2), 4),
@@ -77,7 +77,7 @@ constexpr Layout restored_transmit{
     copied(L(10), P(10)),
     copied(L(11), P(11)),
     copied(L(12), P(12), 20),
-    bits(L(32, 7, 4), P(32, 7, 4)),
+    bits(L(32, 7, 4), P(32, 7, 4)).named("type"),
     constant(L(32, 3, 0), 1),
     copied(L(33), P(33), 2),
     copied(L(35), P(35), 12),
@@ -94,17 +94,17 @@ constexpr Layout restored_transmit{
 };
 
 constexpr Layout restored_second_transmit{
-    "every second CFM transmit record",
+    "second CFM transmit",
     constant(L(0), result_header),
     copied(L(1), P(1)),
-    bits(L(2, 3, 0), P(2, 7, 4)),
+    bits(L(2, 3, 0), P(2, 7, 4)).named("type"),
     copied(L(3), P(3), 29),
     constant(L(32), 1),
     copied(L(33), P(33), 31),
 };
 
 constexpr Layout restored_receive{
-    "every CFM receive record",
+    "CFM receive",
     bits(L(0, 7, 6), P(0, 7, 6)),
     constant(L(0, 5), 0),
     constant(L(0, 4), 1),
@@ -112,7 +112,7 @@ constexpr Layout restored_receive{
     constant(L(0, 0), 1),
     copied(L(1), P(1), 2),
     copied(L(4), P(4), 3),
-    copied(L(7), P(7)),
+    copied(L(7), P(7)).named("type"),
     copied(L(8), P(8), 3),
     copied(L(12), P(12), 3),
     copied(L(16), P(16), 4),

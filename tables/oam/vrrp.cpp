@@ -9,19 +9,17 @@ namespace {
 constexpr std::size_t record_size = 8;
 
 constexpr Layout key{
-    "every key",
-    swapped(P(0), L(0), 6),
-    copied(P(6), L(6), 2),
+    swapped(P(0), L(0), 6).named("MAC address"),
+    copied(P(6), L(6), 2).named("qualifier"),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     constant(P(2), 1),
     copied(P(4), L(4), 4),
 };
 
-constexpr Layout restored = mirrored("every record", result);
+constexpr Layout restored = mirrored(result);
 
 }  // namespace
 

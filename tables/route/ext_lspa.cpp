@@ -7,9 +7,8 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
-    label(P(4), L(0), L(4, 0)).repeated(4, P(3), L(5)),
+    label(P(4), L(0), L(4, 0)).repeated(4, P(3), L(5)).named("label"),
 };
 
 }  // namespace

@@ -11,17 +11,14 @@ constexpr std::int32_t ipv4_length = 4;
 constexpr std::int32_t ipv6_length = 16;
 
 constexpr Layout ipv4_key{
-    "every key",
-    swapped(P(0), L(0), ipv4_length),
+    swapped(P(0), L(0), ipv4_length).named("destination address"),
 };
 
 constexpr Layout ipv6_key{
-    "every key of 16 bytes",
-    swapped(P(0), L(0), ipv6_length),
+    swapped(P(0), L(0), ipv6_length).named("destination address"),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(0), 3),
 };

@@ -14,7 +14,6 @@ constexpr std::size_t physical_size = 32;
 constexpr std::uint32_t hop_byte_of_one_hop = 3;
 
 constexpr Layout common{
-    "every record",
     any(P(0, 7), L(49, 7), L(2, 0)),
     bit(P(0, 6), L(0, 4)),
     constant(P(0, 5, 0), result_header),
@@ -28,18 +27,16 @@ constexpr Layout common{
     bit(P(2, 5), L(0, 6)),
     bit(P(2, 4), L(1, 3)),
     bit(P(2, 0), L(2, 1)),
-    mapped(P(3), L(4), hop_byte),
+    mapped(P(3), L(4), hop_byte).named("hop count"),
 };
 
 constexpr Layout l1_4_set{
-    "L1.4 set",
     constant(P(1, 4), 0),
     constant(P(1, 2), 1),
     copied(P(24), L(18)),
 };
 
 constexpr Layout l0_0_set{
-    "L0.0 set (variant B when L0.4 is clear; variant A writes over it)",
     copied(P(9), L(56), 3),
     bit(P(12, 7), L(2, 3)),
     bit(P(12, 5), L(54, 0)),
@@ -47,64 +44,63 @@ constexpr Layout l0_0_set{
 };
 
 constexpr Layout l0_0_clear{
-    "L0.0 clear",
     inverted(P(1, 0), L(0, 4)),
 };
 
 constexpr Layout variant_a{
-    "variant A: L0.4 set",
-    label(P(4), L(8), L(12, 0)).repeated(4, P(3), L(5)),
+    "variant A, label stack",
+    label(P(4), L(8), L(12, 0)).repeated(4, P(3), L(5)).named("label"),
     copied(P(16), L(28), 3),
-    label_bits(P(22), L(44)),
+    label_bits(P(22), L(44)).named("label"),
     bit(P(24, 3), L(49, 7)),
     bits(P(24, 2, 0), L(50, 2, 0)),  // in place of L18
     copied(P(28), L(6)),
 };
 
 constexpr Layout variant_a_l36{
-    "variant A with L2.5 set",
+    "variant A, second triple",
     any(P(2, 6), L(12, 0), L(17, 0), L(22, 0), L(27, 0), bytes(L(36), 3)),
     copied(P(19), L(36), 3),
 };
 
 constexpr Layout variant_a_l32{
-    "variant A with L2.5 clear",
+    "variant A, first triple",
     any(P(2, 6), L(12, 0), L(17, 0), L(22, 0), L(27, 0), bytes(L(32), 3)),
     copied(P(19), L(32), 3),
 };
 
 constexpr Layout variant_c{
-    "variant C: L0.4 and L0.0 clear",
+    "variant C, next hop",
     copied(P(4), L(8), 3),
     copied(P(7), L(16), 2),
 };
 
 template <unsigned value, unsigned flags>
 constexpr Layout next_hop{
-    "variant C, the next-hop value is not 0",
+    "variant C, next-hop flags",
     constant(P(2, 1), 1),
-    bit(P(28, 3), L(flags, 1)),
-    bit(P(28, 2), L(flags, 2)),
+    bit(P(28, 3), L(flags, 1)).named("next-hop flag"),
+    bit(P(28, 2), L(flags, 2)).named("next-hop flag"),
     constant(P(28, 1), 1),
-    bit(P(28, 0), L(flags, 3)),
+    bit(P(28, 0), L(flags, 3)).named("next-hop flag"),
 };
 
 template <unsigned value>
 constexpr Layout next_hop_32_bits{
-    "variant C, the next-hop value is not 0 and bit 3 of its flags is set",
-    swapped(P(20), L(value), 4),
+    "variant C, 32-bit next hop",
+    swapped(P(20), L(value), 4).named("next-hop value"),
 };
 
 // Least significant byte first, unlike the longer value.
 template <unsigned value>
 constexpr Layout next_hop_19_bits{
-    "variant C, the next-hop value is not 0 and bit 3 of its flags is clear",
-    run(P(20, 0), L(value, 0), 19),
+    "variant C, 19-bit next hop",
+    run(P(20, 0), L(value, 0), 19).named("next-hop value"),
     constant(P(22, 3), 1),
 };
 
 constexpr Layout shared_tail{
-    "variants A and C, and every record with L1.3 set",
+    "tail",
     copied(P(25), L(51)),
     copied(P(26), L(48)),
     bit(P(27, 5), L(49, 4)),
@@ -114,10 +110,10 @@ constexpr Layout shared_tail{
 };
 
 constexpr Layout queue_overlay{
-    "queue overlay: L1.3 set, in every variant",
+    "queue overlay",
     any(P(2, 2), L(0, 7), L(1, 2, 0)),
     copied(P(4), L(8), 3),
-    virtual_queue_index(P(7), L(12), L(16)),
+    virtual_queue_index(P(7), L(12), L(16)).named("virtual queue index"),
     swapped(P(9), L(20), 4),
     copied(P(13), L(32)),
     cleared(P(14), 3),
@@ -128,16 +124,16 @@ constexpr Layout queue_overlay{
 };
 
 constexpr Layout queue_overlay_triple{
-    "queue overlay with L1.7-6 = 3",
+    "queue overlay, extension triple",
     constant(P(2, 3), 1),
-    copied(P(14), L(24), 3),
+    copied(P(14), L(24), 3).named("extension triple"),
 };
 
 constexpr Layout srv6_overlay{
-    "SRv6 overlay: L2.3 set, in every variant and over the queue overlay",
+    "SRv6 overlay",
     copied(P(7), L(54), 2),
-    mapped(P(9), L(52), 2, srv6_behaviour),
-    mapped(P(10), L(52), 2, srv6_action),
+    mapped(P(9), L(52), 2, srv6_behaviour).named("SRv6 function code"),
+    mapped(P(10), L(52), 2, srv6_action).named("SRv6 function code"),
     copied(P(13), L(56), 3),
 };
 
@@ -158,7 +154,6 @@ NPXLATE_INLINE void place_next_hop(PhysicalRecord<physical_size>& out, const Log
 // The hop byte comes back as it stands, the triple of P19-21 always to L32-34, and nothing of the overlays; all of it
 // intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(1, 4)),
     bit(L(0, 1), P(1, 6)),
     bit(L(0, 2), P(1, 7)),
@@ -167,24 +162,24 @@ constexpr Layout restored{
     bit(L(0, 6), P(2, 5)),
     bit(L(2, 0), P(2, 7)),
     bit(L(2, 1), P(2, 0)),
-    copied(L(4), P(3)),
+    copied(L(4), P(3)).named("hop byte"),
     copied(L(40), P(29), 3),
     copied(L(51), P(25)),
 };
 
 constexpr Layout restored_a{
-    "variant A: P0.6 set",
+    "variant A, label stack",
     copied(L(6), P(28)),
-    label(L(8), P(4), L(12, 0)).repeated(4, L(5), P(3)),
+    label(L(8), P(4), L(12, 0)).repeated(4, L(5), P(3)).named("label"),
     copied(L(28), P(16), 3),
     copied(L(32), P(19), 3),
-    label(L(44), P(22)),
+    label(L(44), P(22)).named("label"),
     bit(L(49, 7), P(24, 3)),
     bits(L(50, 2, 0), P(24, 2, 0)),
 };
 
 constexpr Layout restored_others{
-    "variants B and C: P0.6 clear",
+    "variants B and C",
     copied(L(8), P(4), 3),
     copied(L(16), P(7), 2),
 };

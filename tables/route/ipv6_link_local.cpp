@@ -11,17 +11,16 @@ constexpr std::int32_t qualifier_length = 4;
 constexpr std::int32_t key_length = 20;
 
 constexpr Layout qualifier{
-    "every key of 4 bytes or more",
-    swapped(P(16), L(0), qualifier_length),
+    "qualifier",
+    swapped(P(16), L(0), qualifier_length).named("qualifier"),
 };
 
 constexpr Layout address{
-    "every key of 20 bytes",
-    swapped(P(0), L(4), key_length - qualifier_length),
+    "address",
+    swapped(P(0), L(4), key_length - qualifier_length).named("link-local address"),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(5), L(0), 3),
 };

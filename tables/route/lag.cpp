@@ -12,24 +12,22 @@ constexpr std::size_t logical_size = 14;
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout key{
-    "every key",
-    run(P(0, 0), L(4, 0), 12),
+    run(P(0, 0), L(4, 0), 12).named("bundle id"),
 };
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 0)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),
     constant(P(0, 4, 0), result_header),
     copied(P(1), L(12)),
-    virtual_queue_index(P(4), L(5), L(7)),
+    virtual_queue_index(P(4), L(5), L(7)).named("virtual queue index"),
     copied(P(6), L(2), 2),
 };
 
 constexpr Layout member{
-    "L0.3 set",
-    copied(P(8), L(4)),
+    "member",
+    copied(P(8), L(4)).named("member"),
 };
 
 constexpr Function range_of_queue_bits{
@@ -39,15 +37,14 @@ constexpr Function range_of_queue_bits{
 
 // L0.2 and L12 do not come back, and of the queue index only the ten bits below its range; intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(0, 7)),
     bit(L(0, 1), P(0, 6)),
     any(L(0, 3), P(8)),
     copied(L(2), P(6), 2),
-    copied(L(4), P(8)),
-    copied(L(5), P(5)),
-    bits(L(6, 1, 0), P(4, 1, 0)),
-    mapped(L(7), P(4, 3, 2), range_of_queue_bits),
+    copied(L(4), P(8)).named("member"),
+    copied(L(5), P(5)).named("virtual queue index"),
+    bits(L(6, 1, 0), P(4, 1, 0)).named("virtual queue index"),
+    mapped(L(7), P(4, 3, 2), range_of_queue_bits).named("virtual queue index range"),
 };
 
 }  // namespace

@@ -10,9 +10,8 @@ constexpr std::size_t logical_size = 12;
 constexpr std::size_t physical_size = 8;
 
 constexpr Layout key{
-    "every key",
-    run(P(0, 0), L(4, 0), 12),
-    mapped(P(1, 5, 4), L(0), 4, two_value_code),
+    run(P(0, 0), L(4, 0), 12).named("bundle id"),
+    mapped(P(1, 5, 4), L(0), 4, two_value_code).named("bundle kind"),
 };
 
 // A count of 0 counts down to all ones.
@@ -27,20 +26,18 @@ constexpr Function last_eight{
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     none(P(1, 0), L(4, 7, 5)),  // fewer than 32 members
-    mapped(P(3, 7, 4), L(4), full_eights),
+    mapped(P(3, 7, 4), L(4), full_eights).named("member count"),
     constant(P(4, 3), 1),
-    mapped(P(4, 2, 0), L(4), last_eight),
+    mapped(P(4, 2, 0), L(4), last_eight).named("member count"),
     bits(P(5, 7, 6), L(0, 1, 0)),
-    copied(P(7), L(4)),
+    copied(P(7), L(4)).named("member count"),
 };
 
 // Only the member count comes back; intended.
 constexpr Layout restored{
-    "every record",
-    copied(L(4), P(7)),
+    copied(L(4), P(7)).named("member count"),
 };
 
 }  // namespace

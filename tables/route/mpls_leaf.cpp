@@ -15,13 +15,11 @@ constexpr std::size_t physical_size = 32;
 constexpr std::uint32_t hop_byte_of_one_hop = 3;
 
 constexpr Layout key{
-    "every key",
-    copied(P(0), L(0), 3),
-    also(bit(P(2, 4), L(4, 0))),
+    copied(P(0), L(0), 3).named("incoming label"),
+    also(bit(P(2, 4), L(4, 0))).named("qualifier"),
 };
 
 constexpr Layout common{
-    "every record",
     bit(P(0, 7), L(0, 3)),
     any(P(0, 6), L(0, 4), L(0, 7, 6)),
     bit(P(0, 5), L(0, 5)),
@@ -41,14 +39,14 @@ constexpr Layout common{
     bit(P(2, 2), L(1, 1)),
     bit(P(2, 1), L(1, 2)),
     bit(P(2, 0), L(1, 6)),
-    mapped(P(3), L(6), hop_byte),
+    mapped(P(3), L(6), hop_byte).named("hop count"),
     copied(P(27), L(76)),
     bits(P(28, 5, 0), L(77, 5, 0)),
     copied(P(29), L(78), 3),
 };
 
 constexpr Layout variant_1{
-    "variant 1: L0.4 set",
+    "variant 1",
     copied(P(4), L(8), 6),
     bit(P(11, 7), L(16, 1)),
     any(P(11, 6), L(16, 2, 1)),
@@ -57,14 +55,14 @@ constexpr Layout variant_1{
 };
 
 constexpr Layout variant_2{
-    "variant 2: L0.6 set",
+    "variant 2",
     copied(P(4), L(8), 6),
     bit(P(11, 7), L(16, 1)),
     any(P(11, 6), L(16, 2, 1)),
 };
 
 constexpr Layout variant_3{
-    "variant 3: L0.7 set",
+    "variant 3",
     copied(P(4), L(8), 4),
     copied(P(8), L(16), 2),
     bit(P(11, 7), L(2, 3)),
@@ -75,28 +73,28 @@ constexpr Layout variant_3{
 };
 
 constexpr Layout variant_4{
-    "variant 4: L2.4 set",
+    "variant 4",
     copied(P(8), L(78), 3),
     low_bit_to_bit_20(P(11), L(16)),
     copied(P(16), L(8), 4),
 };
 
 constexpr Layout variant_4_l5_3_set{
-    "variant 4 with L5.3 set",
+    "variant 4",
     constant(P(1, 2), 0),
     constant(P(15, 2, 0), 5),
     copied(P(16), L(86), 4),  // in place of L8-11
 };
 
 constexpr Layout variant_5{
-    "variant 5: L4.5 set",
+    "variant 5",
     constant(P(1, 3), 1),
     constant(P(15, 1, 0), 3),
     cleared(P(16), 4),
 };
 
 constexpr Layout variant_6{
-    "variant 6: L0.2 set",
+    "variant 6",
     constant(P(1, 2), 0),
     bits(P(3, 7, 4), L(21, 3, 0)),  // with the next row in place of the hop byte
     bits(P(3, 3, 0), L(17, 3, 0)),
@@ -115,12 +113,12 @@ constexpr Layout variant_6{
     swapped(P(13), L(32), 3),
     swapped(P(16), L(40), 3),
     swapped(P(19), L(44), 3),
-    label(P(22), L(56), L(60, 0)),
+    label(P(22), L(56), L(60, 0)).named("label"),
     copied(P(25), L(16)),
 };
 
 constexpr Layout variant_7{
-    "variant 7: L4.6 set",
+    "variant 7",
     constant(P(0, 6), 1),
     constant(P(1, 4), 0),
     copied(P(4), L(64), 6),
@@ -131,7 +129,7 @@ constexpr Layout variant_7{
     swapped(P(12), L(28), 3),
     swapped(P(15), L(40), 3),
     swapped(P(18), L(44), 3),
-    label(P(21), L(56), L(60, 0)),
+    label(P(21), L(56), L(60, 0)).named("label"),
     copied(P(24), L(16)),
     copied(P(25), L(20)),
 };
@@ -142,7 +140,7 @@ constexpr Function one_of_three_bits{
 };
 
 constexpr Layout variant_8{
-    "variant 8: L4.4 set",
+    "variant 8",
     constant(P(0, 6), 1),
     bit(P(2, 2), L(16, 0)),  // in place of L1.1
     copied(P(4), L(12), 4),
@@ -152,43 +150,43 @@ constexpr Layout variant_8{
 };
 
 constexpr Layout variant_9{
-    "variant 9: L1.6 set",
+    "variant 9",
     any(P(2, 6), L(22, 0), L(27, 0), L(32, 0), L(37, 0), bytes(L(40), 3)),
-    label(P(4), L(18), L(22, 0)).repeated(4, P(3), L(5)),
+    label(P(4), L(18), L(22, 0)).repeated(4, P(3), L(5)).named("label"),
     copied(P(19), L(40), 3),
     copied(P(22), L(44), 2),
 };
 
 constexpr Layout variant_10{
-    "variant 10: L0.3 set",
+    "variant 10",
     copied(P(22), L(44), 2),
 };
 
 constexpr Layout variant_11{
-    "variant 11: L0.5 set",
+    "variant 11",
     constant(P(11, 0), 1),
     copied(P(23), L(56), 3),
 };
 
 constexpr Layout variant_11_value{
-    "variant 11 with L4.0 set",
+    "variant 11, 16-bit value",
     constant(P(11, 4), 1),
     bit(P(11, 2), L(4, 1)),
     copied(P(12), L(20), 2),
 };
 
 constexpr Layout variant_11_queue{
-    "variant 11 with L4.0 clear",
-    virtual_queue_index(P(12), L(20), L(24)),
+    "variant 11, queue",
+    virtual_queue_index(P(12), L(20), L(24)).named("virtual queue index"),
 };
 
 constexpr Layout variant_12{
-    "variant 12: L1.7 set",
+    "variant 12",
     copied(P(22), L(18), 2),
 };
 
 constexpr Layout variant_12_l5_6_set{
-    "variant 12 with L5.6 set",
+    "variant 12",
     constant(P(1, 3), 1),
     constant(P(15, 3, 0), 9),
     copied(P(25), L(72), 2),
@@ -196,7 +194,7 @@ constexpr Layout variant_12_l5_6_set{
 
 template <unsigned to, unsigned slot>
 constexpr Layout slot_triple{
-    "variants 4 (with L5.3 set), 9, 11 and 12: the slot that L3.4 chooses",
+    "chosen slot",
     copied(P(to), L(slot), 3),
 };
 

@@ -8,13 +8,11 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout key{
-    "every key",
     run(P(0, 0), L(2, 5), 11),
-    copied(P(2), L(0), 2),
+    copied(P(2), L(0), 2).named("list identifier"),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(4), L(0), 4),
 };

@@ -11,7 +11,6 @@ constexpr std::size_t logical_size = 168;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout common{
-    "every record but the recursive form",
     bit(P(0, 5), L(2, 3)),
     constant(P(0, 4, 0), result_header),
     any(P(1, 6), L(0, 1), L(2, 7)),
@@ -24,13 +23,13 @@ constexpr Layout common{
 };
 
 constexpr Layout label_array{
-    "label array: L2.7 set",
+    "label array",
     any(P(1, 7), L(106)),
-    label(P(2), L(72), L(76, 0)).repeated(10, P(3), L(5)),
+    label(P(2), L(72), L(76, 0)).repeated(10, P(3), L(5)).named("label"),
 };
 
 constexpr Layout flags{
-    "L2.7 clear, but the recursive form",
+    "flags",
     bit(P(0, 6), L(0, 5)),
     bit(P(1, 7), L(0, 7)),
     bit(P(2, 7), L(1, 4)),
@@ -43,7 +42,7 @@ constexpr Layout flags{
 };
 
 constexpr Layout l2_3_set{
-    "L2.3 set, L2.7 clear",
+    "L2.3 form",
     bit(P(0, 7), L(1, 7)),
     mapped(P(3), L(64), hop_byte),  // in place of L4
     copied(P(4), L(56), 3),
@@ -51,14 +50,14 @@ constexpr Layout l2_3_set{
 };
 
 constexpr Layout l2_4_set{
-    "L2.4 set, L2.7 and L2.3 clear",
+    "L2.4 form",
     copied(P(4), L(36), 3).repeated(4, P(3), L(4)),
 };
 
 // The forms from here on have L2.7, L2.3 and L2.4 clear.
 
 constexpr Layout recursive{
-    "recursive form: L1.7 set",
+    "recursive form",
     constant(P(0), 0x91),
     swapped(P(3), L(132), 4),
     copied(P(7), L(44), 3),
@@ -67,54 +66,54 @@ constexpr Layout recursive{
     bit(P(11, 3), L(2, 2)),
     inverted(P(11, 1), L(0, 1)),
     constant(P(11, 0), 1),
-    label(P(17), L(12), L(0, 1)),
+    label(P(17), L(12), L(0, 1)).named("label"),
     copied(P(20), L(124), 3),
     copied(P(23), L(48), 3),
-    label(P(26), L(16), L(0, 2)),
-    label(P(29), L(8), L(0, 0)),
+    label(P(26), L(16), L(0, 2)).named("label"),
+    label(P(29), L(8), L(0, 0)).named("label"),
 };
 
 constexpr Layout recursive_value{
-    "recursive form with L2.0 set",
+    "recursive form, 16-bit value",
     constant(P(11, 4), 1),
     bit(P(11, 2), L(1, 5)),
     copied(P(12), L(36), 2),
 };
 
 constexpr Layout recursive_queue{
-    "recursive form with L2.0 clear",
-    virtual_queue_index(P(12), L(36), L(40)),
+    "recursive form, queue",
+    virtual_queue_index(P(12), L(36), L(40)).named("virtual queue index"),
 };
 
 constexpr Layout recursive_triple{
-    "recursive form with P11.2 set",
+    "recursive form, triple",
     copied(P(14), L(144), 3),
 };
 
 constexpr Layout protected_path{
-    "protected path: L1.1 set",
+    "protected path",
     bit(P(2, 1), L(40, 2)),
     copied(P(4), L(36), 2),
     bit(P(6, 2), L(40, 1)),
     bit(P(6, 1), L(40, 3)),
     bit(P(6, 0), L(40, 0)),
-    label(P(7), L(32), L(1, 0)),
-    label(P(10), L(28), L(0, 7)),
-    label(P(25), L(24), L(0, 6)),
+    label(P(7), L(32), L(1, 0)).named("label"),
+    label(P(10), L(28), L(0, 7)).named("label"),
+    label(P(25), L(24), L(0, 6)).named("label"),
 };
 
 constexpr Layout protected_path_flagged{
-    "protected path with L0.0, L0.1, L0.7 or L1.0 set",
+    "protected path",
     constant(P(2, 2), 0),
 };
 
 constexpr Layout protected_path_triple{
-    "protected path with L1.5 set, and L0.0, L0.1, L0.7 and L1.0 clear",
+    "protected path, triple",
     copied(P(10), L(144), 3),
 };
 
 constexpr Layout l1_3_set{
-    "L1.3 set, L1.1 clear",
+    "L1.3 form",
     swapped(P(4), L(36), 4),
     swapped(P(8), L(40), 3),
     copied(P(11), L(44), 2),
@@ -125,41 +124,39 @@ constexpr Layout l1_3_set{
 };
 
 constexpr Layout plain{
-    "L1.1 and L1.3 clear",
+    "plain form",
     copied(P(4), L(36), 3),
     copied(P(7), L(40), 3),
 };
 
 constexpr Layout plain_two_triples{
-    "L1.1 and L1.3 clear, L2.5 set",
+    "plain form, two triples",
     copied(P(10), L(152), 3),
     copied(P(13), L(148), 3),
 };
 
 constexpr Layout plain_one_triple{
-    "L1.1, L1.3 and L2.5 clear",
+    "plain form, one triple",
     copied(P(10), L(144), 3),
 };
 
 constexpr Layout first_label{
-    "every form but the label array, L2.3, L2.4 and the recursive form",
-    label(P(16), L(8), L(0, 0)),
+    "first label",
+    label(P(16), L(8), L(0, 0)).named("label"),
 };
 
 // P15.0 stays as the form left it.
 constexpr Layout l0_4_set{
-    "L0.4 set",
     constant(P(1, 6), 1),
     constant(P(2, 5), 1),
     constant(P(2, 2), 0),
-    label_bits(P(13), L(12)),
+    label_bits(P(13), L(12)).named("label"),
     constant(P(15, 3, 1), 2),
-    label(P(25), L(16), 1),
+    label(P(25), L(16), 1).named("label"),
 };
 
 // The 24 bits of L20-22, byte-reversed and then moved up by four.
 constexpr Layout l0_4_and_l0_3_set{
-    "L0.4 and L0.3 set",
     bits(P(10, 7, 4), L(22, 3, 0)),
     constant(P(10, 3, 0), 1),
     bits(P(11, 7, 4), L(21, 3, 0)),
@@ -170,40 +167,34 @@ constexpr Layout l0_4_and_l0_3_set{
 };
 
 constexpr Layout l0_4_set_l0_3_clear{
-    "L0.4 set, L0.3 clear",
     cleared(P(10), 3),
 };
 
 constexpr Layout second_label{
-    "L0.4 and L2.5 clear",
-    label(P(13), L(12), L(0, 1)),
+    "second label",
+    label(P(13), L(12), L(0, 1)).named("label"),
 };
 
 constexpr Layout l156_0_set{
-    "L156.0 set",
     copied(P(13), L(160), 3),
 };
 
 constexpr Layout l156_1_set{
-    "L156.0 and L156.1 set",
     copied(P(28), L(164), 3),
 };
 
 constexpr Layout last_values{
-    "every form but the label array, L2.3, L2.4 and the recursive form",
     swapped(P(19), L(133), 3),
     copied(P(22), L(124), 3),
 };
 
 constexpr Layout last_byte{
-    "L1.3 clear",
     copied(P(31), L(132)),
 };
 
 // The reverse knows neither the label array nor the recursive form, takes flags from more than one place and returns
 // P19-21 in their own order; all of it intended.
 constexpr Layout restored{
-    "every record",
     any(L(0, 0), P(1, 4), P(18, 0)),
     any(L(0, 1), P(1, 6), P(15, 0)),
     bit(L(0, 2), P(1, 5)),
@@ -211,17 +202,17 @@ constexpr Layout restored{
     any(L(0, 7), P(1, 7), P(12, 0)),
     bit(L(1, 1), P(1, 3)),
     copied(L(4), P(3)),
-    label(L(8), P(16)),
-    label(L(12), P(13)),
+    label(L(8), P(16)).named("label"),
+    label(L(12), P(13)).named("label"),
     copied(L(124), P(22), 3),
     copied(L(132), P(31)),
     copied(L(133), P(19), 3),
 };
 
 constexpr Layout restored_protected_path{
-    "protected path: P1.3 set",
-    label(L(28), P(10)),
-    label(L(32), P(7)),
+    "protected path",
+    label(L(28), P(10)).named("label"),
+    label(L(32), P(7)).named("label"),
     copied(L(36), P(4), 2),
     bit(L(40, 0), P(6, 0)),
     bit(L(40, 1), P(6, 2)),
@@ -230,7 +221,7 @@ constexpr Layout restored_protected_path{
 };
 
 constexpr Layout restored_others{
-    "every other record",
+    "plain form",
     copied(L(36), P(4), 3),
     copied(L(40), P(7), 3),
     copied(L(144), P(10), 3),

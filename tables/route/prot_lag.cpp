@@ -10,11 +10,10 @@ constexpr std::size_t logical_size = 16;
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     constant(P(4, 7, 4), 9),
-    bits(P(4, 3, 0), L(3, 3, 0)),
-    copied(P(5), L(2)),
+    bits(P(4, 3, 0), L(3, 3, 0)).named("identifier"),
+    copied(P(5), L(2)).named("identifier"),
     bits(P(6, 6, 0), L(7, 6, 0)),
     bit(P(7, 7), L(8, 0)),
     bits(P(7, 6, 0), L(6, 6, 0)),
@@ -29,7 +28,6 @@ constexpr Layout result{
 // The reverse reads the 16-bit fields of P4-5, P6-7 and P13-14 with their lower byte first, against the order in which
 // they were written; intended.
 constexpr Layout restored{
-    "every record of 16 bytes",
     bits(L(0, 2, 0), P(5, 7, 5)),
     bit(L(1, 0), P(5, 4)),
     copied(L(2), P(4)),

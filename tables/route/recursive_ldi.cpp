@@ -13,7 +13,6 @@ constexpr std::size_t physical_size = 16;
 constexpr std::uint32_t most_paths = 3;
 
 constexpr Layout flags{
-    "every record",
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 6), L(0, 3)),
     bit(P(0, 5), L(0, 5)),
@@ -29,28 +28,24 @@ constexpr Layout flags{
 };
 
 constexpr Layout l1_4_set{
-    "L1.4 set, L0.0 clear",
     copied(P(12), L(23)),  // in place of L22
 };
 
 constexpr Layout values{
-    "every record that is not rejected",
-    mapped(P(7), L(8), hop_byte),
+    mapped(P(7), L(8), hop_byte).named("hop count"),
     copied(P(8), L(9), 4),
 };
 
 constexpr Layout l1_3_set{
-    "L1.3 set",
-    label(P(13), L(32), 1),
+    "label",
+    label(P(13), L(32), 1).named("label"),
 };
 
 constexpr Layout l0_1_set{
-    "L0.1 set",
     low_bit_to_bit_20(P(4), L(4)),
 };
 
 constexpr Layout l0_1_clear{
-    "L0.1 clear",
     copied(P(4), L(4), 3),
 };
 

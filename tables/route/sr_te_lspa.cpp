@@ -14,18 +14,18 @@ constexpr unsigned following_labels = 9;
 // Without a result header, unlike the results of the tables. L8 alone among the more-follows bytes L2 to L11 marks the
 // record as well.
 constexpr Layout first{
-    "every record",
+    "first label",
     any(P(1, 7), L(8)),
     constant(P(1, 6, 0), 0x20),
-    label_bits(P(2), L(12)),
-    any(P(4, 0), L(2)),
+    label_bits(P(2), L(12)).named("label"),
+    any(P(4, 0), L(2)).named("more follows"),
 };
 
 template <unsigned k>
 constexpr Layout following{
-    "a following label: its more-follows byte and all before it are not 0",
-    label_bits(P(5 + 3 * k), L(16 + 4 * k)),
-    any(P(7 + 3 * k, 0), L(3 + k)),
+    "following label",
+    label_bits(P(5 + 3 * k), L(16 + 4 * k)).named("label"),
+    any(P(7 + 3 * k, 0), L(3 + k)).named("more follows"),
 };
 
 // Label after label, until a more-follows byte is 0.

@@ -15,38 +15,38 @@ constexpr std::uint32_t most_sids = 4;
 
 // Of the 16 bytes of an identifier bytes 1 to 6 are carried.
 constexpr Layout list{
-    "list: L0.0 set",
+    "SID list",
     constant(P(0), 0x91),
     bits(P(1, 3, 0), L(1, 3, 0)),
-    copied(P(2), L(17), 6).repeated(4, P(6), L(16)),
+    copied(P(2), L(17), 6).repeated(4, P(6), L(16)).named("SID"),
 };
 
 constexpr Layout information{
-    "information record: L0.0 clear",
+    "information record",
     bit(P(0, 6), L(1, 0)),
     constant(P(0, 5, 0), result_header),
-    mapped(P(1, 7, 3), L(4), 4, srv6_information),
-    bits(P(1, 2, 0), L(2, 2, 0)),
+    mapped(P(1, 7, 3), L(4), 4, srv6_information).named("SRv6 function code"),
+    bits(P(1, 2, 0), L(2, 2, 0)).named("number of SIDs"),
 };
 
 constexpr Layout sid_0{
-    "information record, L2 from 1 to 4",
-    copied(P(2), L(17), 6),
+    "SID 0",
+    copied(P(2), L(17), 6).named("SID"),
 };
 
 constexpr Layout sid_1{
-    "information record, L2 from 2 to 4",
-    copied(P(8), L(33), 6),
+    "SID 1",
+    copied(P(8), L(33), 6).named("SID"),
 };
 
 constexpr Layout sid_2{
-    "information record, L2 = 3 or 4",
-    copied(P(14), L(49), 6),
+    "SID 2",
+    copied(P(14), L(49), 6).named("SID"),
 };
 
 constexpr Layout sid_3{
-    "information record, L2 = 4",
-    copied(P(20), L(65), 6),
+    "SID 3",
+    copied(P(20), L(65), 6).named("SID"),
 };
 
 }  // namespace

@@ -7,13 +7,11 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout key{
-    "every key",
     swapped(P(0), L(0), 3),
 };
 
 // L0 is dropped: its place is the header byte.
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(1), 31),
 };

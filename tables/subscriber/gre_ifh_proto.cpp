@@ -7,7 +7,6 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     swapped(P(1), L(1), 3),
 };

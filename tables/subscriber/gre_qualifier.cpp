@@ -12,28 +12,26 @@ constexpr std::size_t logical_size = 17;
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout key_common{
-    "every key",
     copied(P(32), L(33), 2),
     swapped(P(35), L(36), 4),
 };
 
 constexpr Layout key_ipv6{
-    "IPv6: L0.0 set",
-    swapped(P(0), L(1), 16),
-    swapped(P(16), L(17), 16),
+    "IPv6",
+    swapped(P(0), L(1), 16).named("first address"),
+    swapped(P(16), L(17), 16).named("second address"),
     constant(P(34), 1),
 };
 
 constexpr Layout key_ipv4{
-    "IPv4: L0.0 clear",
-    swapped(P(0), L(1), 4),
-    swapped(P(4), L(17), 4),
+    "IPv4",
+    swapped(P(0), L(1), 4).named("first address"),
+    swapped(P(4), L(17), 4).named("second address"),
     cleared(P(8), 24),
     constant(P(34), 0),
 };
 
 constexpr Layout result{
-    "every record",
     bit(P(0, 7), L(0, 2)),
     bit(P(0, 6), L(0, 0)),
     bit(P(0, 5), L(0, 1)),
@@ -47,7 +45,6 @@ constexpr Layout result{
 // The reverse does not shift the 24-bit value back, takes L16.0 from the bit that stands for either of two, and
 // restores neither L0.2 nor L2-4; all of it intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 0), P(0, 6)),
     bit(L(0, 1), P(0, 5)),
     copied(L(1), P(8)),

@@ -12,14 +12,12 @@ constexpr std::size_t key_physical_size = 19;
 constexpr std::uint8_t kind_with_shift = 2;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(0), 2),
-    copied(P(2), L(2)),
-    copied(P(3), L(3), 16),
+    copied(P(2), L(2)).named("kind"),
+    copied(P(3), L(3), 16).named("address"),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0, 7), 0),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),

@@ -11,13 +11,11 @@ constexpr std::size_t restored_size = 76;  // but the logical record goes on
 constexpr std::size_t physical_size = 64;
 
 constexpr Layout key{
-    "every key",
     copied(P(0), L(0), 2),
     copied(P(2), L(4), 2),
 };
 
 constexpr Layout result{
-    "every record",
     constant(P(0, 7), 0),
     bit(P(0, 6), L(0, 1)),
     constant(P(0, 5, 0), result_header),
@@ -44,23 +42,20 @@ constexpr Layout result{
     swapped(P(30), L(40), 2),
     bit(P(32, 0), L(37, 2)),
     copied(P(36), L(44), 4),
-    label(P(40), L(48), L(52, 0)),
-    label(P(43), L(53), L(57, 0)),
+    label(P(40), L(48), L(52, 0)).named("label"),
+    label(P(43), L(53), L(57, 0)).named("label"),
 };
 
 constexpr Layout l8_kept{
-    "L0.1 set, L37.2 clear",
     copied(P(6), L(8), 2),
 };
 
 constexpr Layout l8_swapped{
-    "L0.1 clear or L37.2 set",
     swapped(P(6), L(8), 2),
 };
 
 // The reverse swaps nothing back and does not look at P32.0; both are intended.
 constexpr Layout restored{
-    "every record",
     bit(L(0, 1), P(0, 6)),
     bit(L(36, 0), P(1, 7)),
     bit(L(36, 1), P(1, 6)),
@@ -85,8 +80,8 @@ constexpr Layout restored{
     copied(L(40), P(30), 2),
     copied(L(42), P(8)),
     copied(L(44), P(36), 4),
-    label(L(48), P(40), L(52, 0)),
-    label(L(53), P(43), L(57, 0)),
+    label(L(48), P(40), L(52, 0)).named("label"),
+    label(L(53), P(43), L(57, 0)).named("label"),
 };
 
 }  // namespace

@@ -12,19 +12,19 @@ constexpr std::size_t logical_size = 56;
 constexpr std::size_t physical_size = 64;
 
 constexpr Layout key_swapped{
-    "L4 not 0",
+    "swapped",
     swapped(P(0), L(0), 4),
     copied(P(4), L(4)),
 };
 
 constexpr Layout key_kept{
-    "L4 = 0",
+    "byte order kept",
     copied(P(0), L(0), 4),
     copied(P(4), L(4)),
 };
 
 constexpr Layout kind_0{
-    "kind 0: L0-3 = 0",
+    "kind 0",
     constant(P(0, 7), 0),
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
@@ -43,21 +43,21 @@ constexpr Layout kind_0{
 };
 
 constexpr Layout kind_1{
-    "kind 1: L0-3 = 1",
+    "kind 1",
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
     constant(P(0, 4, 0), result_header),
     copied(P(4), L(8), 2),
-    swapped(P(8), L(12), 4),
-    swapped(P(12), L(16), 4),
-    swapped(P(16), L(20), 4),
-    swapped(P(20), L(24), 4),
+    swapped(P(8), L(12), 4).named("IPv6 address"),
+    swapped(P(12), L(16), 4).named("IPv6 address"),
+    swapped(P(16), L(20), 4).named("IPv6 address"),
+    swapped(P(20), L(24), 4).named("IPv6 address"),
     copied(P(24), L(28), 3),
     copied(P(28), L(36), 4),
 };
 
 constexpr Layout kind_2{
-    "kind 2: L0-3 = 2",
+    "kind 2",
     constant(P(0, 7), 1),
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
@@ -77,7 +77,7 @@ constexpr Layout kind_2{
 };
 
 constexpr Layout kind_3{
-    "kind 3: L0-3 = 3",
+    "kind 3",
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
     constant(P(0, 4, 0), result_header),
@@ -88,7 +88,7 @@ constexpr Layout kind_3{
 };
 
 constexpr Layout kind_4{
-    "kind 4: L0-3 = 4",
+    "kind 4",
     bit(P(0, 5), L(4, 2)),  // the only kind without P0.6
     constant(P(0, 4, 0), result_header),
     bit(P(1, 3), L(5, 4)),

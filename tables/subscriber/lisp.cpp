@@ -17,14 +17,14 @@ constexpr Function code_of{
 };
 
 constexpr Layout key_with_code{
-    "L10 not 0",
+    "code",
     constant(P(0), 0),
-    mapped(P(1), L(16), 4, code_of),
+    mapped(P(1), L(16), 4, code_of).named("code"),
     swapped(P(2), L(12), 4),
 };
 
 constexpr Layout key_with_flags{
-    "L10 = 0",
+    "flags",
     bit(P(0, 3), L(0, 0)),
     bits(P(0, 1, 0), L(2, 1, 0)),
     swapped(P(1), L(4), 3),
@@ -32,17 +32,14 @@ constexpr Layout key_with_flags{
 };
 
 constexpr Layout header{
-    "every record",
     constant(P(0), result_header),
 };
 
 constexpr Layout result_triple{
-    "L0 not 0",
     copied(P(1), L(4), 3),
 };
 
 constexpr Layout result_pair{
-    "L0 = 0",
     copied(P(4), L(2), 2),
 };
 

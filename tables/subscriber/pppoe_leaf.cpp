@@ -8,7 +8,6 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    "every record",
     constant(P(0), result_header),
     copied(P(1), L(1)),
     bits(P(2, 7, 4), L(2, 3, 0)),

@@ -322,6 +322,35 @@ TEST(Vocabulary, ConstantsAndComputedFieldsHaveNoWayBack) {
     expect_rows<mixed_back>({"L2.6 = P1.3", "L2.5 = not P1.4", "L4-6 = swap P2-4", "L9 = P5"});
 }
 
+constexpr Layout with_names{
+    label(P(4), L(8), L(12, 0)).named("label").repeated(4, P(3), L(5)),
+    also(bit(P(1, 3), L(2, 6)).named("flag")),
+    copied(P(2), L(1)),
+};
+constexpr Layout with_names_back = mirrored(with_names);
+
+TEST(Vocabulary, ANameStaysWithItsRowRepeatedCombinedAndMirrored) {
+    EXPECT_STREQ(with_names.rows[0].name, "label");
+    EXPECT_EQ(with_names.rows[0].count, 4);
+    EXPECT_STREQ(with_names.rows[1].name, "flag");
+    EXPECT_EQ(with_names.rows[2].name, nullptr);
+    EXPECT_STREQ(with_names_back.rows[0].name, "label");
+    EXPECT_STREQ(with_names_back.rows[1].name, "flag");
+    EXPECT_EQ(with_names_back.rows[2].name, nullptr);
+}
+
+TEST(Vocabulary, ALayoutNeedsNoTitle) {
+    EXPECT_STREQ(with_names.title, "");
+    EXPECT_STREQ(with_names_back.title, "");
+}
+
+constexpr Layout titled_back = mirrored(four_labels);
+
+TEST(Vocabulary, AMirroredLayoutHasTheTitleOfItsLayoutUnlessItIsGivenOne) {
+    EXPECT_STREQ(titled_back.title, "labels");
+    EXPECT_STREQ(labels_back.title, "labels back");
+}
+
 // A value least significant byte first; bit 20 of the result has two sources.
 constexpr Layout low_bit{"low bit", low_bit_to_bit_20(P(3), L(6))};
 
