@@ -1,6 +1,6 @@
-// What translators decide by and compute with. In the library these are plain integers and truth values. The tools build
-// the same sources a second time, with NPXLATE_TRACED: there, a number is one of whose bits nothing is known but which
-// bits of the records they come from, and a decision is taken both ways.
+// What translators decide by and compute with. In the library these are plain integers and truth values. The tools
+// build the same sources a second time, with NPXLATE_TRACED: there, a number is one of whose bits nothing is known but
+// which bits of the records they come from, and a decision is taken both ways.
 #pragma once
 
 #include <cstddef>

@@ -145,8 +145,8 @@ NPXLATE_INLINE void place(Record<side, to_size>& out, const Source<opposite(side
         std::make_index_sequence<layout.rows.size()>{});
 }
 
-// What only code can say: a value that is no row, of a field that may have a name. Bits of the value that do not fit are
-// dropped.
+// What only code can say: a value that is no row, of a field that may have a name. Bits of the value that do not fit
+// are dropped.
 template <Side side, std::size_t size>
 NPXLATE_INLINE void put(Record<side, size>& out, Position<side> to, Number value, const char* = nullptr) {
     const unsigned shift = to.first_bit() % 64;

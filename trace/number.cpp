@@ -198,7 +198,8 @@ std::vector<Bit> all_ways(Body body) {
 
 }  // namespace
 
-Truth::Truth(bool value) : bit_{trace::bit_of(value)}, words_{value ? "always" : "never"}, opposite_{value ? "never" : "always"} {}
+Truth::Truth(bool value)
+    : bit_{trace::bit_of(value)}, words_{value ? "always" : "never"}, opposite_{value ? "never" : "always"} {}
 Truth::Truth(const Bit& bit, std::string words, std::string opposite)
     : bit_{bit}, words_{std::move(words)}, opposite_{std::move(opposite)} {}
 
@@ -279,8 +280,12 @@ Number operator%(const Number& a, const Number& b) {
     return (a & ((std::uint32_t{1} << bits) - 1)).named(joined(a.words(), "modulo", b.words()));
 }
 Number operator&(const Number& a, const Number& b) { return {bitwise(a, b, both), joined(a.words(), "&", b.words())}; }
-Number operator|(const Number& a, const Number& b) { return {bitwise(a, b, either), joined(a.words(), "|", b.words())}; }
-Number operator^(const Number& a, const Number& b) { return {bitwise(a, b, differ), joined(a.words(), "^", b.words())}; }
+Number operator|(const Number& a, const Number& b) {
+    return {bitwise(a, b, either), joined(a.words(), "|", b.words())};
+}
+Number operator^(const Number& a, const Number& b) {
+    return {bitwise(a, b, differ), joined(a.words(), "^", b.words())};
+}
 Number operator~(const Number& a) {
     return {bitwise(a, Number{0xffffffffU}, [](const Bit& x, const Bit&) { return invert(x); }),
             "~" + in_brackets(a.words())};

@@ -68,8 +68,9 @@ private:
 class Number {
 public:
     template <std::integral Integer>
-    Number(Integer value) : Number{constant(static_cast<std::uint32_t>(value))} {}  // NOLINT(google-explicit-constructor)
-    Number(const Truth& truth);  // NOLINT(google-explicit-constructor): 1 or 0
+    Number(Integer value)
+        : Number{constant(static_cast<std::uint32_t>(value))} {}  // NOLINT(google-explicit-constructor)
+    Number(const Truth& truth);                                   // NOLINT(google-explicit-constructor): 1 or 0
     Number(std::vector<trace::Bit> bits, std::string words);
 
     const std::vector<trace::Bit>& bits() const { return bits_; }  // from the lowest; those above are 0

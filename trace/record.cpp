@@ -38,8 +38,8 @@ void put(Content& content, unsigned first_bit, unsigned width, const Number& val
 }
 
 void change(const void* record, unsigned first_bit, unsigned width, const Number& value) {
-    const std::uint16_t step = Recorder::current().add(
-        {.kind = Step::changed_input, .bits = span(first_bit, width), .words = value.words()});
+    const std::uint16_t step =
+        Recorder::current().add({.kind = Step::changed_input, .bits = span(first_bit, width), .words = value.words()});
     for (unsigned k = 0; k < width; ++k) {
         Recorder::current().write(record, first_bit + k, value.bit(k), {{step, 0}});
     }
@@ -73,8 +73,9 @@ void set_header_bits(void* physical, std::uint8_t header) {
     trace::Recorder& recorder = trace::Recorder::current();
     for (unsigned k = 0; k < 8; ++k) {
         if ((header >> k & 1) != 0) {
-            const std::uint16_t step = recorder.add(
-                {.kind = trace::Step::put, .bits = trace::span(k, 1), .words = "1, of the header that is ORed into P0"});
+            const std::uint16_t step = recorder.add({.kind = trace::Step::put,
+                                                     .bits = trace::span(k, 1),
+                                                     .words = "1, of the header that is ORed into P0"});
             recorder.write(physical, k, trace::bit_of(true), {{step, 0}});
         }
     }

@@ -97,8 +97,9 @@ using PhysicalRecord = Record<Side::physical, size>;
 template <const auto& layout, Side side, std::size_t to_size, std::size_t from_size>
 void place(Record<side, to_size>& out, const Source<opposite(side), from_size>& in) {
     const trace::Recorder& recorder = trace::Recorder::current();
-    trace::place(trace::view<layout>(), out.content(),
-                 [&](unsigned bit) { return recorder.read(in.record(), bit); }, recorder.letter(in.record()));
+    trace::place(
+        trace::view<layout>(), out.content(), [&](unsigned bit) { return recorder.read(in.record(), bit); },
+        recorder.letter(in.record()));
 }
 
 namespace trace {

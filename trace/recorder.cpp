@@ -64,8 +64,18 @@ LayoutView view_of(const char* title, const Row<side>* rows, std::size_t count) 
     LayoutView view{title, side, {}, {}};
     for (std::size_t i = 0; i < count; ++i) {
         const Row<side>& row = rows[i];
-        view.rows.push_back({row.kind, row.combines, row.has_label_tail, row.to, {std::begin(row.from), std::end(row.from)},
-                             row.flag, row.value, row.function, row.count, row.to_step, row.from_step, nullptr});
+        view.rows.push_back({row.kind,
+                             row.combines,
+                             row.has_label_tail,
+                             row.to,
+                             {std::begin(row.from), std::end(row.from)},
+                             row.flag,
+                             row.value,
+                             row.function,
+                             row.count,
+                             row.to_step,
+                             row.from_step,
+                             row.name});
         layout_detail::for_each_bit(row, [&](unsigned to, Cell cell, bool combines) {
             view.bits.push_back({static_cast<std::uint16_t>(i), static_cast<std::uint16_t>(to), cell, combines});
         });
@@ -119,7 +129,11 @@ bool decide(const Truth& truth) {
 }
 
 Recorder::Recorder(Diagrams& diagrams, Side in_side, const void* in, const void* out, const void* argument)
-    : diagrams_{diagrams}, in_side_{in_side}, in_address_{in}, out_address_{out}, argument_address_{argument},
+    : diagrams_{diagrams},
+      in_side_{in_side},
+      in_address_{in},
+      out_address_{out},
+      argument_address_{argument},
       outer_{current_recorder} {
     current_recorder = this;
     reset();

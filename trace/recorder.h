@@ -1,5 +1,5 @@
-// What happens while a traced translator runs: the records as they are at the moment, bit by bit, what was done to them,
-// and which of the ways through the translator this is.
+// What happens while a traced translator runs: the records as they are at the moment, bit by bit, what was done to
+// them, and which of the ways through the translator this is.
 #pragma once
 
 #include <cstdint>

@@ -7,10 +7,9 @@
 #include <nlohmann/json.hpp>
 
 #include "atlas/page.h"
-#include "catalogue/example.h"
 #include "explain/explain.h"
-#include "explain/parts.h"
-#include "explain/run.h"
+#include "explain/positions.h"
+#include "forms/exact.h"
 
 namespace atlas {
 namespace {
@@ -21,8 +20,6 @@ using catalogue::Translator;
 using explain::Field;
 using explain::Kind;
 using explain::Link;
-using explain::Section;
-using explain::VariantLayout;
 using nlohmann::json;
 using npxlate::Span;
 
@@ -89,35 +86,32 @@ json fields_to_json(const std::vector<Field>& fields, Pool& pool, Pool& texts) {
     return list;
 }
 
-// The bits at which the code looks for its decisions in records of the variant.
-std::vector<Span> looked_at(const Translator& translator, const catalogue::Variant& variant) {
-    constexpr unsigned samples = 16;
+// The bits of the record that goes in by which the form is chosen.
+std::vector<Span> looked_at(const forms::Forms& forms, const forms::Form& form) {
     std::set<std::uint16_t> bits;
-    for (unsigned seed = 0; seed < samples; ++seed) {
-        bits.merge(explain::bits_of(
-            explain::trace(translator, catalogue::example(translator, variant, seed), variant.argument).looked_at));
+    for (const forms::Answer& answer : form.answers) {
+        for (const forms::BitId id : forms.diagrams().depends_on(forms.questions()[answer.question].node)) {
+            if (npxlate::trace::space_of(id) == forms::Space::in) {
+                bits.insert(static_cast<std::uint16_t>(npxlate::trace::index_of(id)));
+            }
+        }
     }
     return explain::spans_of(bits);
 }
 
-json variant_to_json(const Translator& translator, const catalogue::Variant& variant, const VariantLayout& layout,
-                     Pool& fields, Pool& texts) {
-    json sections = json::array();
-    for (const Section& section : layout.sections) {
-        sections.push_back(
-            {texts.number_of(section.title), section.always ? 1 : 0, fields_to_json(section.fields, fields, texts)});
-    }
+json form_to_json(const explain::LayoutTable& table, const explain::FormLayout& layout, forms::ExactNodes& exact,
+                  Pool& fields, Pool& texts) {
     json changes = json::array();
     for (const explain::InputChange& change : layout.input_changes) {
         changes.push_back({spans_to_json(change.bits), texts.number_of(change.text)});
     }
-    return {{"name", layout.name},
-            {"holds", layout.holds},
-            {"argument", layout.argument},
+    return {{"name", layout.form->name},
+            {"when", layout.when},
+            {"condition", exact.number(layout.form->condition)},
+            {"status", layout.form->status},
             {"fields", fields_to_json(layout.fields, fields, texts)},
-            {"sections", std::move(sections)},
             {"changes", std::move(changes)},
-            {"looks", spans_to_json(looked_at(translator, variant))}};
+            {"looks", spans_to_json(looked_at(*table.forms, *layout.form))}};
 }
 
 json notes_on(const Translator& translator) {
@@ -144,10 +138,16 @@ json lengths_to_json(const Lengths& lengths) { return {lengths.least, lengths.mo
 
 json translator_to_json(const Translator& translator, Pool& texts) {
     const explain::LayoutTable table = explain::layout_of(translator);
+    forms::ExactNodes exact{*table.forms};
     Pool fields;
-    json variants = json::array();
-    for (std::size_t i = 0; i < table.variants.size(); ++i) {
-        variants.push_back(variant_to_json(translator, translator.variants[i], table.variants[i], fields, texts));
+    json all = json::array();
+    for (const explain::FormLayout& layout : table.all) {
+        all.push_back(form_to_json(table, layout, exact, fields, texts));
+    }
+    // Three numbers a node: the bit, and where to go on when it is clear and when it is set.
+    json nodes = json::array();
+    for (const auto& [bit, if_clear, if_set] : exact.all()) {
+        nodes.insert(nodes.end(), {bit, if_clear, if_set});
     }
     return {{"name", translator.name},
             {"role", to_string(translator.role)},
@@ -157,7 +157,8 @@ json translator_to_json(const Translator& translator, Pool& texts) {
             {"physical", lengths_to_json(translator.physical)},
             {"notes", notes_on(translator)},
             {"fields", fields.items()},
-            {"variants", std::move(variants)}};
+            {"nodes", std::move(nodes)},
+            {"forms", std::move(all)}};
 }
 
 json kinds_to_json() {

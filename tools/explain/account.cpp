@@ -1,80 +1,82 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "catalogue/example.h"
-#include "explain/parts.h"
+#include "explain/fields.h"
+#include "explain/positions.h"
+#include "explain/run.h"
+#include "forms/conditions.h"
 
 namespace explain {
 namespace {
 
-std::string variant_name(const Translator& translator, std::span<const std::uint8_t> record, std::uint32_t argument) {
-    const bool takes_argument =
-        translator.has(catalogue::Trait::takes_type) || translator.has(catalogue::Trait::takes_key);
-    const catalogue::Variant* found = nullptr;
-    for (const catalogue::Variant& variant : translator.variants) {
-        // The one that asks for most.
-        if (satisfies(record, translator, variant) && (!takes_argument || variant.argument == argument) &&
-            (found == nullptr || std::string_view{variant.holds}.size() > std::string_view{found->holds}.size())) {
-            found = &variant;
-        }
-    }
-    return found == nullptr ? "" : found->name;
-}
+namespace trace = npxlate::trace;
 
 // As many bytes as the translator writes or says it wrote.
-std::size_t bytes_written(const Translator& translator, const Run& over_zeros, const Run& over_ones) {
+std::size_t out_bytes(const Translator& translator, const forms::Form& form) {
+    std::size_t bytes = form.status == NPXLATE_OK ? form.length.value_or(0) : 0;
     if (translator.out().fixed()) {
-        return translator.out().most;
+        bytes = translator.out().most;
     }
-    std::size_t bytes = over_zeros.status == NPXLATE_OK ? over_zeros.length.value_or(0) : 0;
-    for (std::size_t i = 0; i < over_zeros.out.size(); ++i) {
-        const bool written = over_zeros.out[i] != 0 || over_ones.out[i] != 0xff;
-        bytes = written ? std::max(bytes, i + 1) : bytes;
+    for (std::size_t bit = 0; bit < form.writers.size(); ++bit) {
+        const bool kept = form.out[bit] == trace::bit_of(trace::bit_id(trace::Space::out, bit));
+        bytes = kept ? bytes : std::max(bytes, bit / 8 + 1);
     }
-    return std::min(bytes, over_zeros.out.size());
+    return bytes;
 }
 
-// Labels say what may come from where; the library is asked what a bit of this record does.
-void probe(Account& account, const Run& base, const Trace& base_trace) {
-    std::set<std::uint16_t> looked_at = bits_of(base_trace.looked_at);
+// What every bit of the record does: which bits of the other change with it, or whether it makes it another form.
+void follow(Account& account, const forms::Given& given) {
+    const forms::Forms& forms = *account.forms;
+    std::vector<std::vector<std::uint16_t>> shows_in(account.in_bits.size());
+    std::set<std::uint16_t> looked_at;
     for (std::size_t i = 0; i < account.out_bits.size(); ++i) {
-        looked_at.insert(account.out_bits[i].from.begin(), account.out_bits[i].from.end());
+        const auto to = static_cast<std::uint16_t>(i);
+        const auto take = [&](std::uint16_t from) {
+            looked_at.insert(from);
+            if (from < shows_in.size()) {
+                shows_in[from].push_back(to);
+            }
+        };
         for (const Link& link : account.out_bits[i].links) {
-            looked_at.insert(link.from);
-            account.in_bits[link.from].to.push_back(static_cast<std::uint16_t>(i));
+            take(link.from);
+        }
+        std::ranges::for_each(account.out_bits[i].from, take);
+    }
+    for (const forms::Answer& answer : account.form->answers) {
+        for (const trace::BitId id : forms.diagrams().depends_on(forms.questions()[answer.question].node)) {
+            if (trace::space_of(id) == trace::Space::in) {
+                looked_at.insert(static_cast<std::uint16_t>(trace::index_of(id)));
+            }
         }
     }
+    for (const auto& [bit, after] : account.form->in_after) {
+        for (const trace::BitId id : forms.diagrams().depends_on(trace::node_of(forms.diagrams(), after))) {
+            looked_at.insert(static_cast<std::uint16_t>(trace::index_of(id)));
+        }
+    }
+
     Bytes record = account.in;
+    forms::Given flipped = given;
+    flipped.in = record;
     for (std::size_t i = 0; i < account.in_bits.size(); ++i) {
         InBit& bit = account.in_bits[i];
         bit.value = bit_of(account.in, i);
+        const auto number = static_cast<std::uint16_t>(i);
+        if (!looked_at.contains(number)) {
+            continue;
+        }
         const auto flip = static_cast<std::uint8_t>(1U << i % 8);
         record[i / 8] ^= flip;
-        const Run run = run_translator(*account.translator, record, account.argument, 0);
-        bit.decides = run.status != base.status || run.length != base.length ||
-                      !trace(*account.translator, record, account.argument).same_way(base_trace);
-        record[i / 8] ^= flip;
-
-        if (!bit.decides) {
-            bit.to.clear();
-            for (std::size_t k = 0; k < account.out_bits.size(); ++k) {
-                if (bit_of(run.out, k) != bit_of(base.out, k)) {
-                    bit.to.push_back(static_cast<std::uint16_t>(k));
-                    if (account.out_bits[k].kind == Kind::computed) {
-                        account.out_bits[k].from.push_back(static_cast<std::uint16_t>(i));
-                    }
-                }
+        bit.decides = &forms.of(flipped) != account.form;
+        for (const std::uint16_t to : shows_in[i]) {
+            const bool is_moved = !account.out_bits[to].links.empty();
+            const forms::Bit& out = account.form->out[to];
+            if (bit.decides ? is_moved : forms.value(out, flipped) != account.out_bits[to].value) {
+                bit.to.push_back(to);
             }
         }
-        if (!bit.to.empty()) {
-            bit.fate = Fate::carried;
-        } else if (bit.decides || looked_at.contains(static_cast<std::uint16_t>(i))) {
-            bit.fate = Fate::steered;
-        }
-    }
-    for (OutBit& bit : account.out_bits) {
-        std::ranges::sort(bit.from);
-        bit.from.erase(std::unique(bit.from.begin(), bit.from.end()), bit.from.end());
+        record[i / 8] ^= flip;
+        bit.fate = bit.to.empty() ? Fate::steered : Fate::carried;
     }
 }
 
@@ -121,38 +123,32 @@ Account account(const Translator& translator, std::span<const std::uint8_t> reco
         throw std::invalid_argument{std::string{translator.name} + " takes longer records"};
     }
     const Run run = run_translator(translator, record, argument, 0);
-    const Run over_ones = run_translator(translator, record, argument, 0xff);
-    const Trace way = trace(translator, record, argument);
-    const std::size_t out_bytes = bytes_written(translator, run, over_ones);
-    const Labels labels{way.acts, out_bytes};
+    const forms::Forms& forms = forms::forms_of(translator, static_cast<std::int32_t>(record.size()));
+    const forms::Given given{.in = record, .out = {}, .argument = argument};
+    const forms::Form& form = forms.of(given);
+    const std::size_t bytes = out_bytes(translator, form);
 
-    Account result{.translator = &translator,
-                   .argument = argument,
-                   .variant = variant_name(translator, record, argument),
-                   .titles = {},
-                   .in = {record.begin(), record.end()},
-                   .in_after = run.in,
-                   .out = {run.out.begin(), run.out.begin() + static_cast<std::ptrdiff_t>(out_bytes)},
-                   .status = run.status,
-                   .length = run.length,
-                   .out_bits = labels.bits(),
-                   .in_bits = std::vector<InBit>(8 * record.size()),
-                   .fields = {},
-                   .input_changes = input_changes(way.acts)};
-    for (const auto& [event, looked_at] : way.acts) {
-        if (event.layout != nullptr && std::ranges::find(result.titles, event.layout->title) == result.titles.end()) {
-            result.titles.emplace_back(event.layout->title);
+    Account result{.translator = &translator, .argument = argument, .forms = &forms, .form = &form};
+    result.when = forms::when(forms, form);
+    result.in = {record.begin(), record.end()};
+    result.in_after = run.in;
+    result.out = {run.out.begin(), run.out.begin() + static_cast<std::ptrdiff_t>(bytes)};
+    result.status = run.status;
+    result.length = run.length;
+    result.out_bits = out_bits(forms, form, 8 * bytes);
+    result.in_bits.resize(8 * record.size());
+    for (const forms::Step& step : form.steps) {
+        const std::string title = step.layout == nullptr ? "" : step.layout->title;
+        if (!title.empty() && std::ranges::find(result.titles, title) == result.titles.end()) {
+            result.titles.push_back(title);
         }
     }
     for (std::size_t i = 0; i < result.out_bits.size(); ++i) {
-        OutBit& bit = result.out_bits[i];
-        if (bit_of(run.out, i) != bit_of(over_ones.out, i)) {
-            bit = {.kind = Kind::left_alone};
-        }
-        bit.value = bit_of(run.out, i);
+        result.out_bits[i].value = bit_of(result.out, i);
     }
-    probe(result, run, way);
-    result.fields = fields_of(labels.labels(), result.out_bits);
+    follow(result, given);
+    result.fields = fields_of(form, result.out_bits);
+    result.input_changes = input_changes(form);
     return result;
 }
 

@@ -46,7 +46,7 @@ Comparison compare(const Translator& translator, std::span<const std::uint8_t> f
                       .out = {}};
     const Account& a = result.first;
     const Account& b = result.second;
-    result.same_way = a.titles == b.titles && a.status == b.status;
+    result.same_way = a.form == b.form;
     const std::set<std::uint16_t> in = differing_bits(a.in, b.in);
     const std::set<std::uint16_t> out = differing_bits(a.out, b.out);
 

@@ -13,14 +13,17 @@ struct Returned {
         moved,          // stands elsewhere
         inverted,
         computed,  // a function of it came back
-        lost,      // was not zero and did not come back anywhere
-        invented,  // is not zero and came from nowhere in the record
+        lost,      // was 1 and did not come back anywhere
+        invented,  // is 1 and came from nowhere in the record
+        constant,  // is 1 whatever it was, and was 1
+        zero,      // was 0, came from nowhere and is 0
     };
     Kind kind;
     std::vector<Span> at{};    // lost: in the record that went in; all others: in the record that came back
-    std::vector<Span> from{};  // moved, inverted and computed: in the record that went in
-    bool reversed = false;     // moved: with its bytes in reverse order
-    std::string text{};        // computed: the sentence
+    std::vector<Span> from{};  // moved, inverted and computed: in the record that went in; lost: in the record that
+                               // came back, the values that depend on it
+    bool reversed = false;  // moved: with its bytes in reverse order
+    std::string text{};     // computed: the sentence
 };
 std::string_view to_string(Returned::Kind kind);
 
@@ -45,7 +48,7 @@ struct Difference {
 struct Comparison {
     Account first;
     Account second;
-    bool same_way = true;  // through the same layouts
+    bool same_way = true;  // records of one form
     std::vector<Difference> in;
     std::vector<Difference> out;
 };

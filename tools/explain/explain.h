@@ -1,6 +1,5 @@
-// What a translator does with its records, told bit by bit. Two sources are brought together: the layouts that the
-// traced build of the translators places (what they say is the label of a bit) and the library itself, called for the
-// record and for the record with each of its bits flipped (what that shows decides what a bit of the input does).
+// What a translator does with its records, told bit by bit, from the forms of the translator: the exact conditions, and
+// what becomes of every bit under each.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/catalogue.h"
-#include "frame/row.h"
+#include "forms/forms.h"
 
 namespace explain {
 
@@ -43,8 +41,9 @@ struct Field {
     Kind kind{};
     std::vector<Span> to{};
     std::vector<Span> from{};   // moved: where it comes from; computed: what it depends on
-    std::string text{};         // in words; for computed bits the sentence that stands beside the function or the code
-    std::string title{};        // of the layout that says so; empty for what code does
+    std::string text{};         // in words
+    std::string name{};         // what the field is called; empty where that is not settled
+    std::string title{};        // of the layout that says so; empty for what code does, or if it has none
     bool combines = false;      // ORed into what other fields give
     std::vector<Link> links{};  // of moved bits
 };
@@ -60,26 +59,31 @@ struct InputChange {
 
 // A layout that a translator places, or values that it puts by code; a later section overwrites an earlier one.
 struct Section {
-    std::string title{};  // empty for code
-    bool always = true;   // placed for every record of the variant
+    std::string title{};  // empty for code, and for layouts that have none
+    bool by_code = false;
+    std::string when{};  // which records get it; empty: all
+    npxlate::trace::Node condition = npxlate::trace::always;
     std::vector<Field> fields{};
+    std::vector<InputChange> input_changes{};
 };
 
-struct VariantLayout {
-    std::string name{};   // as the catalogue has it
-    std::string holds{};  // the bits and bytes that such a record holds
-    std::uint32_t argument = 0;
-    std::vector<Section> sections{};  // in the order of the code
-    std::vector<Field> fields{};      // what a record of the variant gets in the end: the sections that always apply
+// What a record of one form gets in the end.
+struct FormLayout {
+    const forms::Form* form = nullptr;
+    std::string when{};                   // empty: every record
+    std::vector<std::size_t> sections{};  // those that it gets, by their number
+    std::vector<Field> fields{};
     std::vector<InputChange> input_changes{};
 };
 
 struct LayoutTable {
-    const Translator* translator;
-    std::vector<VariantLayout> variants{};
+    const forms::Forms* forms = nullptr;
+    std::vector<Section> sections{};  // in the order of the code
+    std::vector<FormLayout> all{};
 };
 
-LayoutTable layout_of(const Translator& translator);
+// For a length of the record that goes in; without one, the longest that the translator takes.
+LayoutTable layout_of(const Translator& translator, std::optional<std::int32_t> length = {});
 
 // ---- One record
 
@@ -87,7 +91,7 @@ struct OutBit {
     Kind kind = Kind::cleared;
     bool value = false;
     std::vector<Link> links{};          // moved: from these bits, ORed
-    std::vector<std::uint16_t> from{};  // computed: the bits on which the value depends
+    std::vector<std::uint16_t> from{};  // computed: the bits of the record on which the value depends
 };
 
 enum class Fate {
@@ -107,8 +111,10 @@ struct InBit {
 struct Account {
     const Translator* translator = nullptr;
     std::uint32_t argument = 0;
-    std::string variant{};              // the catalogue's name of it; empty if it has none
-    std::vector<std::string> titles{};  // of the layouts placed, in that order
+    const forms::Forms* forms = nullptr;
+    const forms::Form* form = nullptr;  // the record's
+    std::string when{};                 // the condition of the form; empty: every record
+    std::vector<std::string> titles{};  // of the layouts placed that have one, in that order
     Bytes in{};
     Bytes in_after{};  // differs from `in` for translators that change it
     Bytes out{};

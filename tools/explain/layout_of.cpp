@@ -1,92 +1,112 @@
 #include <algorithm>
 
-#include "catalogue/example.h"
-#include "explain/parts.h"
+#include "explain/fields.h"
+#include "forms/conditions.h"
 
 namespace explain {
 namespace {
 
-// An act of some or all records of a variant.
-struct Step {
-    Act act;
-    unsigned records = 0;
+using forms::Form;
+using forms::Forms;
+using forms::Step;
+
+// A step of some or all forms.
+struct Place {
+    Step step;
+    std::vector<const Form*> forms{};
+    forms::Cover answers{};  // what each of the forms had been asked before it
 };
 
-// Takes a way into the steps: what it has in common with them is found there again, the rest is put between.
-void merge(std::vector<Step>& steps, const Trace& way) {
+// Takes a form into the steps: what it has in common with them is found there again; the rest is put before the next
+// that they have in common, after what other forms have there.
+void merge(std::vector<Place>& places, const Form& form) {
     std::size_t at = 0;
-    for (const Act& act : way.acts) {
-        const auto rest = steps.begin() + static_cast<std::ptrdiff_t>(at);
-        auto found = std::ranges::find_if(rest, steps.end(),
-                                          [&](const Step& step) { return same_act(step.act.event, act.event); });
-        if (found == steps.end()) {
-            found = steps.insert(rest, {act, 0});
+    const auto find = [&](const Step& step) {
+        return std::find_if(places.begin() + static_cast<std::ptrdiff_t>(at), places.end(),
+                            [&](const Place& place) { return place.step == step; });
+    };
+    for (std::size_t i = 0; i < form.steps.size(); ++i) {
+        auto found = find(form.steps[i]);
+        if (found == places.end()) {
+            for (std::size_t later = i + 1; later < form.steps.size() && found == places.end(); ++later) {
+                found = find(form.steps[later]);
+            }
+            found = places.insert(found, Place{.step = form.steps[i]});
         }
-        ++found->records;
-        at = static_cast<std::size_t>(found - steps.begin()) + 1;
+        forms::Answers answers;
+        for (const forms::Answer& answer : form.answers) {
+            if (answer.steps_before <= i) {
+                answers.emplace_back(answer.question, answer.yes);
+            }
+        }
+        if (std::ranges::find(found->answers, answers) == found->answers.end()) {
+            found->answers.push_back(std::move(answers));
+        }
+        found->forms.push_back(&form);
+        at = static_cast<std::size_t>(found - places.begin()) + 1;
     }
 }
 
-VariantLayout layout_of(const Translator& translator, const catalogue::Variant& variant) {
-    // Records of the variant, with what it leaves open at random; of the first ones every bit is flipped as well, for
-    // what is placed because of a single bit.
-    constexpr unsigned samples = 64;
-    constexpr unsigned flipped_samples = 3;
-    std::vector<Step> steps;
-    unsigned records = 0;
-    const auto take = [&](const Bytes& record) {
-        merge(steps, trace(translator, record, variant.argument));
-        ++records;
-    };
-    for (unsigned seed = 0; seed < samples; ++seed) {
-        Bytes record = example(translator, variant, seed);
-        take(record);
-        for (std::size_t i = 0; seed < flipped_samples && i < 8 * record.size(); ++i) {
-            const auto flip = static_cast<std::uint8_t>(1U << i % 8);
-            record[i / 8] ^= flip;
-            if (satisfies(record, translator, variant)) {
-                take(record);
-            }
-            record[i / 8] ^= flip;
+// A value that code puts, as it stands in a form that writes nothing over it; as it is said if there is none.
+std::vector<Field> fields_of_value(const Forms& forms, const Place& place) {
+    for (const Form* form : place.forms) {
+        const auto number =
+            static_cast<std::uint16_t>(std::ranges::find(form->steps, place.step) - form->steps.begin());
+        const forms::Writer writer{number, 0};
+        const auto first = form->writers.begin() + place.step.bits.first_bit;
+        if (std::all_of(first, first + place.step.bits.width,
+                        [&](const auto& writers) { return writers == std::vector{writer}; })) {
+            std::vector<Field> fields = fields_of(*form, out_bits(forms, *form, form->out.size()));
+            std::erase_if(fields, [&](const Field& field) {
+                return field.to.front().first_bit < place.step.bits.first_bit ||
+                       field.to.front().first_bit >= place.step.bits.first_bit + place.step.bits.width;
+            });
+            return fields;
         }
     }
+    return fields_of(place.step);
+}
 
-    VariantLayout result{.name = variant.name, .holds = variant.holds, .argument = variant.argument};
-    std::vector<Act> always;
-    for (const auto& [act, seen] : steps) {
-        const bool in_all = seen == records;
-        if (in_all) {
-            always.push_back(act);
-        }
-        for (InputChange& change : input_changes({act})) {
-            result.input_changes.push_back(std::move(change));
-        }
-        Section section{.title = act.event.layout == nullptr ? "" : act.event.layout->title, .always = in_all};
-        for (const Part& part : parts_of(act)) {
-            section.fields.push_back(field_of(part));
-        }
-        if (!section.fields.empty()) {
-            result.sections.push_back(std::move(section));
-        }
+Section section_of(const Forms& forms, const Place& place) {
+    Section section{.title = place.step.layout == nullptr ? "" : place.step.layout->title,
+                    .by_code = place.step.layout == nullptr,
+                    .condition = npxlate::trace::never};
+    for (const Form* form : place.forms) {
+        section.condition = forms.diagrams().either(section.condition, form->condition);
     }
-    const Account example_account = account(translator, example(translator, variant, 0), variant.argument);
-    const Labels labels{always, example_account.out.size()};
-    std::vector<OutBit> bits = labels.bits();
-    for (std::size_t i = 0; i < bits.size(); ++i) {
-        if (example_account.out_bits[i].kind == Kind::left_alone) {
-            bits[i] = {.kind = Kind::left_alone};
-        }
+    if (section.condition != npxlate::trace::always) {
+        section.when = forms::in_words(forms, forms::simplest(forms, place.answers, section.condition));
     }
-    result.fields = fields_of(labels.labels(), bits);
-    return result;
+    section.fields = place.step.kind == Step::put ? fields_of_value(forms, place) : fields_of(place.step);
+    if (place.step.kind == Step::changed_input) {
+        section.input_changes.push_back({.bits = {place.step.bits}, .text = place.step.words});
+    }
+    return section;
 }
 
 }  // namespace
 
-LayoutTable layout_of(const Translator& translator) {
-    LayoutTable table{.translator = &translator, .variants = {}};
-    for (const catalogue::Variant& variant : translator.variants) {
-        table.variants.push_back(layout_of(translator, variant));
+LayoutTable layout_of(const Translator& translator, std::optional<std::int32_t> length) {
+    const Forms& forms = forms::forms_of(translator, length.value_or(static_cast<std::int32_t>(translator.in().most)));
+    std::vector<Place> places;
+    for (const Form& form : forms.all()) {
+        merge(places, form);
+    }
+    LayoutTable table{.forms = &forms};
+    for (const Place& place : places) {
+        table.sections.push_back(section_of(forms, place));
+    }
+    for (const Form& form : forms.all()) {
+        FormLayout layout{.form = &form, .when = forms::when(forms, form)};
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            if (std::ranges::find(places[i].forms, &form) != places[i].forms.end()) {
+                layout.sections.push_back(i);
+            }
+        }
+        std::vector<OutBit> bits = out_bits(forms, form, form.out.size());
+        layout.fields = fields_of(form, bits);
+        layout.input_changes = input_changes(form);
+        table.all.push_back(std::move(layout));
     }
     return table;
 }

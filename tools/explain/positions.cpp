@@ -6,10 +6,6 @@
 
 namespace explain {
 
-char in_letter(const Translator& translator) { return translator.role == catalogue::Role::reverse ? 'P' : 'L'; }
-
-char out_letter(const Translator& translator) { return translator.role == catalogue::Role::reverse ? 'L' : 'P'; }
-
 bool bit_of(const Bytes& record, std::size_t bit) { return (record.at(bit / 8) >> (bit % 8) & 1) != 0; }
 
 std::vector<Span> spans_of(const std::set<std::uint16_t>& bits) {
@@ -48,15 +44,7 @@ std::vector<Span> nameable(Span span) {
 }
 
 std::string position(char letter, Span nameable_span) {
-    const unsigned byte = nameable_span.first_bit / 8U;
-    const unsigned low = nameable_span.first_bit % 8U;
-    const unsigned width = nameable_span.width;
-    if (low == 0 && width % 8 == 0) {
-        return width == 8 ? fmt::format("{}{}", letter, byte)
-                          : fmt::format("{}{}-{}", letter, byte, byte + width / 8 - 1);
-    }
-    return width == 1 ? fmt::format("{}{}.{}", letter, byte, low)
-                      : fmt::format("{}{}.{}-{}", letter, byte, low + width - 1, low);
+    return npxlate::trace::position(letter, nameable_span.first_bit, nameable_span.width);
 }
 
 std::vector<std::string> positions(char letter, const std::vector<Span>& spans) {

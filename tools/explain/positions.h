@@ -7,9 +7,8 @@
 
 namespace explain {
 
-// The letters of the records that go in and come out.
-char in_letter(const Translator& translator);
-char out_letter(const Translator& translator);
+using forms::in_letter;
+using forms::out_letter;
 
 // Neighbouring bits as spans, and back.
 std::vector<Span> spans_of(const std::set<std::uint16_t>& bits);

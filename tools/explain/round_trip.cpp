@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <iterator>
 
 #include "explain/comparison.h"
 #include "explain/positions.h"
@@ -88,6 +87,7 @@ public:
         }
         take_lost();
         std::ranges::stable_sort(result_, {}, [](const Returned& one) { return one.at.front().first_bit; });
+        take_zero();
         return std::move(result_);
     }
 
@@ -135,7 +135,7 @@ private:
                            .from = {span(first_from)},
                            .reversed = !in_place});
         for (std::size_t bit = 8 * first_from; bit < 8 * (first_from + count); ++bit) {
-            accounted_for_.insert(static_cast<std::uint16_t>(bit));
+            comes_back_.insert(static_cast<std::uint16_t>(bit));
         }
         return true;
     }
@@ -143,8 +143,9 @@ private:
     Returned::Kind kind(std::size_t bit) const {
         switch (origins_[bit].kind) {
             case Origin::nowhere:
+                return Returned::zero;  // or lost, which is told of the record that went in
             case Origin::constant:
-                return bit_of(out_, bit) && !was(bit) ? Returned::invented : Returned::restored;
+                return was(bit) ? Returned::constant : Returned::invented;
             case Origin::moved:
                 return origins_[bit].is_from(bit) ? Returned::restored : Returned::moved;
             case Origin::inverted:
@@ -181,18 +182,22 @@ private:
             as_it_was = as_it_was && bit_of(out_, bit) == was(bit);
             ++bit;
         } while (bit < origins_.size() && joins(bit, bit - 1));
-        accounted_for_.insert(from.begin(), from.end());
-        if (run.kind == Returned::computed && as_it_was &&
-            std::ranges::any_of(at, [&](std::uint16_t one) { return from.contains(one); })) {
+        const bool is_of_itself = std::ranges::any_of(at, [&](std::uint16_t one) { return from.contains(one); });
+        if (run.kind != Returned::computed) {
+            comes_back_.insert(from.begin(), from.end());
+        } else if (is_of_itself) {
+            comes_back_.insert(at.begin(), at.end());  // changed, as is told
+        }
+        if (run.kind == Returned::computed && as_it_was && is_of_itself) {
             run.kind = Returned::restored;
         }
+        if (run.kind == Returned::zero) {
+            return bit - first;
+        }
+        if (run.kind == Returned::constant) {
+            comes_back_.insert(at.begin(), at.end());
+        }
         if (run.kind == Returned::restored) {
-            if (from.empty()) {
-                // From nowhere, but as it was: nothing to tell, unless a bit was lost.
-                std::ranges::copy_if(at, std::inserter(accounted_for_, accounted_for_.end()),
-                                     [&](std::uint16_t one) { return was(one) && bit_of(out_, one); });
-                return bit - first;
-            }
             run.text.clear();
             from.clear();
             if (!result_.empty() && result_.back().kind == Returned::restored) {
@@ -209,29 +214,71 @@ private:
         return bit - first;
     }
 
+    // What was 1 and comes back nowhere; told where it stood, with the values that still depend on it.
     void take_lost() {
-        std::set<std::uint16_t> not_returned;
+        std::set<std::uint16_t> lost;
         for (std::size_t bit = 0; bit < 8 * in_.size(); ++bit) {
-            if (!accounted_for_.contains(static_cast<std::uint16_t>(bit))) {
-                not_returned.insert(static_cast<std::uint16_t>(bit));
+            const auto number = static_cast<std::uint16_t>(bit);
+            if (was(bit) && !comes_back_.contains(number)) {
+                lost.insert(number);
             }
         }
-        for (const Span run : spans_of(not_returned)) {
-            for (const Span piece : nameable(run)) {
-                for (unsigned k = 0; k < piece.width; ++k) {
-                    if (was(piece.first_bit + k)) {
-                        result_.push_back({.kind = Returned::lost, .at = {piece}, .from = {}, .text = ""});
-                        break;
-                    }
+        const auto counts_in = [&](Span piece) {
+            std::set<std::uint16_t> bits;
+            for (std::size_t bit = 0; bit < origins_.size(); ++bit) {
+                const Origin& origin = origins_[bit];
+                if (origin.kind == Origin::computed && std::ranges::any_of(origin.from, [&](std::uint16_t from) {
+                        return from >= piece.first_bit && from < piece.first_bit + piece.width;
+                    })) {
+                    bits.insert(static_cast<std::uint16_t>(bit));
                 }
             }
+            return spans_of(bits);
+        };
+        // A byte of which nothing comes back is named as a whole.
+        for (std::size_t byte = 0; byte < in_.size(); ++byte) {
+            std::set<std::uint16_t> whole;
+            bool any = false;
+            for (std::size_t bit = 8 * byte; bit < 8 * byte + 8; ++bit) {
+                const auto number = static_cast<std::uint16_t>(bit);
+                any = any || lost.contains(number);
+                if (!comes_back_.contains(number) &&
+                    (bit >= origins_.size() || origins_[bit].kind == Origin::nowhere)) {
+                    whole.insert(number);
+                }
+            }
+            if (any && whole.size() == 8) {
+                lost.merge(whole);
+            }
+        }
+        for (const Span run : spans_of(lost)) {
+            for (const Span piece : nameable(run)) {
+                result_.push_back({.kind = Returned::lost, .at = {piece}, .from = counts_in(piece)});
+            }
+        }
+        lost_ = std::move(lost);
+    }
+
+    // What was 0, came from nowhere and is 0 again.
+    void take_zero() {
+        std::set<std::uint16_t> zero;
+        for (std::size_t bit = 0; bit < std::max(origins_.size(), 8 * in_.size()); ++bit) {
+            const bool comes_from_nowhere = bit >= origins_.size() || origins_[bit].kind == Origin::nowhere;
+            if (comes_from_nowhere && !was(bit) && !lost_.contains(static_cast<std::uint16_t>(bit)) &&
+                (bit >= origins_.size() || !bit_of(out_, bit))) {
+                zero.insert(static_cast<std::uint16_t>(bit));
+            }
+        }
+        if (!zero.empty()) {
+            result_.push_back({.kind = Returned::zero, .at = spans_of(zero)});
         }
     }
 
     const Bytes& in_;
     const Bytes& out_;
     std::vector<Origin> origins_{};
-    std::set<std::uint16_t> accounted_for_{};  // bits of the record that went in
+    std::set<std::uint16_t> comes_back_{};  // bits of the record that went in that come back, here or elsewhere
+    std::set<std::uint16_t> lost_{};
     std::vector<Returned> result_{};
 };
 
@@ -253,6 +300,10 @@ std::string_view to_string(Returned::Kind kind) {
             return "lost";
         case Returned::invented:
             return "invented";
+        case Returned::constant:
+            return "constant";
+        case Returned::zero:
+            return "zero";
     }
     return "";
 }

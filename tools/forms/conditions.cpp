@@ -49,7 +49,9 @@ bool is_field(const std::vector<BitId>& sorted) {
            static_cast<std::size_t>(sorted.back() - sorted.front()) + 1 == sorted.size();
 }
 
-bool is_about_a_number(const Question& question) { return question.words.find_first_of("=<>") != std::string::npos || question.words.find(" is ") != std::string::npos; }
+bool is_about_a_number(const Question& question) {
+    return question.words.find_first_of("=<>") != std::string::npos || question.words.find(" is ") != std::string::npos;
+}
 
 std::string field_name(const Translator& translator, const std::vector<BitId>& sorted) {
     const unsigned first = trace::index_of(sorted.front());
@@ -84,15 +86,19 @@ std::optional<std::vector<std::pair<BitId, bool>>> as_bits(const Diagrams& diagr
 
 // "L0.1 or L0.7 set", if that is all that the function says; else as the code has it.
 std::string words_of_choice(const Forms& forms, Node node, const std::string& as_asked) {
-    const auto none_of = as_bits(forms.diagrams(), forms.diagrams().negation(node));
+    auto none_of = as_bits(forms.diagrams(), forms.diagrams().negation(node));
     if (!none_of) {
         return as_asked;
     }
+    // Those that would be set first.
+    std::ranges::stable_sort(*none_of, {}, &std::pair<BitId, bool>::second);
     std::string text;
     for (std::size_t i = 0; i < none_of->size(); ++i) {
         const auto& [bit, clear] = (*none_of)[i];
         const bool last_of_kind = i + 1 == none_of->size() || (*none_of)[i + 1].second != clear;
-        text += (i == 0 ? "" : " or ") + bit_name(forms.translator(), bit) + (!last_of_kind ? "" : clear ? " clear" : " set");
+        const bool first_of_kind = i == 0 || (*none_of)[i - 1].second != clear;
+        text += (i == 0 ? "" : first_of_kind ? ", or " : " or ") + bit_name(forms.translator(), bit);
+        text += !last_of_kind ? "" : clear ? " clear" : " set";
     }
     return text;
 }
@@ -194,8 +200,8 @@ Cover simplest(const Forms& forms, const Cover& answers, Node wanted) {
     Diagrams& diagrams = forms.diagrams();
     Cover cover;
     for (const Answers& one : answers) {
-        Answers fewer = without_needless(
-            one, [&](const Answers& left) { return diagrams.implies(node_of(forms, left), wanted); });
+        Answers fewer =
+            without_needless(one, [&](const Answers& left) { return diagrams.implies(node_of(forms, left), wanted); });
         if (std::ranges::find(cover, fewer) == cover.end()) {
             cover.push_back(std::move(fewer));
         }
@@ -227,8 +233,8 @@ std::string when(const Forms& forms, const Form& form) {
     for (const Answer& answer : form.answers) {
         answers.emplace_back(answer.question, answer.yes);
     }
-    const Answers needed = without_needless(
-        answers, [&](const Answers& left) { return node_of(forms, left) == form.condition; });
+    const Answers needed =
+        without_needless(answers, [&](const Answers& left) { return node_of(forms, left) == form.condition; });
     return in_words(forms, needed);
 }
 
@@ -264,7 +270,7 @@ std::string in_words(const std::vector<Range>& ranges, unsigned width) {
         for (const auto& [from, to] : list) {
             if (from == to) {
                 all.push_back(std::to_string(from));
-            } else if (to == last && from != 0) {
+            } else if (to == last && from > 1) {
                 all.push_back("above " + std::to_string(from - 1));
             } else if (from + 1 == to) {
                 all.push_back(std::to_string(from));
@@ -293,8 +299,11 @@ std::string in_words(const std::vector<Range>& ranges, unsigned width) {
         }
         return words;
     };
-    const bool is_above = ranges.size() == 1 && ranges.front().second == last && ranges.front().first > 1;
-    return !is_above && count(others) < count(ranges) ? "is not " + plain(others) : is_above ? plain(ranges) : "is " + plain(ranges);
+    const bool is_above =
+        ranges.size() == 1 && ranges.front().second == last && ranges.front().first > 1 && ranges.front().first != last;
+    return !is_above && count(others) < count(ranges) ? "is not " + plain(others)
+           : is_above                                 ? plain(ranges)
+                                                      : "is " + plain(ranges);
 }
 
 std::string bit_name(const Translator& translator, BitId id) {

@@ -100,7 +100,8 @@ Forms::Forms(const Translator& translator, std::int32_t length)
                 form.answers.push_back({question(decision), decision.taken, decision.steps_before});
             }
             const std::size_t bits = out_bits(translator, recorder.out());
-            form.out.assign(recorder.out().bits.begin(), recorder.out().bits.begin() + static_cast<std::ptrdiff_t>(bits));
+            form.out.assign(recorder.out().bits.begin(),
+                            recorder.out().bits.begin() + static_cast<std::ptrdiff_t>(bits));
             form.writers.assign(recorder.out().writers.begin(),
                                 recorder.out().writers.begin() + static_cast<std::ptrdiff_t>(bits));
             for (std::size_t bit = 0; bit < recorder.in().bits.size(); ++bit) {
@@ -122,14 +123,16 @@ std::size_t Forms::question(const trace::Decision& decision) {
     return questions_.size() - 1;
 }
 
-// A form is called after the layouts that not every record gets, and by its condition where that does not tell it apart.
+// A form is called after the layouts that not every record gets, and by its condition where that does not tell it
+// apart.
 void Forms::name_forms() {
     if (forms_.size() == 1) {
         forms_.front().name = "every record";
         return;
     }
     const auto placed_by_all = [&](const Step& step) {
-        return std::ranges::all_of(forms_, [&](const Form& form) { return std::ranges::find(form.steps, step) != form.steps.end(); });
+        return std::ranges::all_of(
+            forms_, [&](const Form& form) { return std::ranges::find(form.steps, step) != form.steps.end(); });
     };
     std::map<std::string, unsigned> uses;
     for (Form& form : forms_) {

@@ -38,8 +38,7 @@ std::string change(const Bytes& first, const Bytes& second, const Difference& di
 }
 
 std::string way(const Account& account) {
-    return fmt::format("{}{}", status_name(account.status),
-                       account.variant.empty() ? "" : fmt::format(", variant {}", account.variant));
+    return fmt::format("{}, {}", status_name(account.status), account.form->name);
 }
 
 Json to_json(const Comparison& comparison) {
@@ -47,11 +46,8 @@ Json to_json(const Comparison& comparison) {
     const char in = explain::in_letter(translator);
     const char out = explain::out_letter(translator);
     const auto record = [](const Account& account) {
-        return Json{{"in", to_hex(account.in)},
-                    {"out", to_hex(account.out)},
-                    {"status", account.status},
-                    {"variant", account.variant.empty() ? Json(nullptr) : Json(account.variant)},
-                    {"layouts", account.titles}};
+        return Json{{"in", to_hex(account.in)},   {"out", to_hex(account.out)}, {"status", account.status},
+                    {"form", account.form->name}, {"when", account.when},       {"layouts", account.titles}};
     };
     Json json = translator_json(translator);
     json["first"] = record(comparison.first);
@@ -113,8 +109,7 @@ std::string to_text(const Comparison& comparison, Style style) {
     for (const Difference& one : comparison.out) {
         text += line(columns,
                      {explain::position_list(out, one.at), change(comparison.first.out, comparison.second.out, one),
-                      one.other_side.empty() ? "by the choice of layouts"
-                                             : "from " + explain::position_list(in, one.other_side)});
+                      one.other_side.empty() ? "by the form" : "from " + explain::position_list(in, one.other_side)});
     }
     return text;
 }

@@ -129,7 +129,8 @@ Json to_json(const Account& account) {
     const char in = explain::in_letter(translator);
     const char out = explain::out_letter(translator);
     Json json = translator_json(translator);
-    json["variant"] = account.variant.empty() ? Json(nullptr) : Json(account.variant);
+    json["form"] = account.form->name;
+    json["when"] = account.when;
     json["layouts"] = account.titles;
     json["status"] = account.status;
     json["status_name"] = status_name(account.status);
@@ -193,11 +194,9 @@ std::string to_text(const Account& account, Style style) {
     constexpr std::size_t about[] = {10};
     std::string text = heading(describe(translator), style);
     text += line(about, {"status", status_text(account)});
-    if (!account.variant.empty()) {
-        text += line(about, {"variant", account.variant});
-    }
-    for (std::size_t i = 0; i < account.titles.size(); ++i) {
-        text += line(about, {i == 0 ? "layouts" : "", account.titles[i]});
+    text += line(about, {"form", account.form->name});
+    if (!account.when.empty() && account.when != account.form->name) {
+        text += line(about, {"when", account.when});
     }
 
     const std::vector<std::size_t> marks_in = marks_of(account.in_bits);

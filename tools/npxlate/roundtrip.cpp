@@ -57,11 +57,21 @@ std::string in_words(const RoundTrip& trip, const Returned& returned) {
             what = fmt::format("computed from {} (was {}, is {}): {}", from, was, is, returned.text);
             break;
         case Returned::lost:
-            what = fmt::format("lost (was {})", was);
+            what = fmt::format("lost (was {}){}", was, from.empty() ? "" : "; counts in " + from);
             break;
         case Returned::invented:
             what = fmt::format("invented (is {})", is);
             break;
+        case Returned::constant:
+            what = fmt::format("always {}, as it was", is);
+            break;
+        case Returned::zero:
+            what = "0 before and after, not carried";
+            break;
+    }
+    if (returned.kind == Returned::zero) {
+        constexpr std::size_t hanging[] = {0};
+        return "\n" + line(hanging, {"", what + ": " + at});
     }
     // What does not fit goes on under the first word after the position.
     const std::size_t columns[] = {at.size() + 1};

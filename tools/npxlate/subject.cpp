@@ -67,6 +67,7 @@ Json field_json(const Translator& translator, const Field& field) {
     if (field.combines) {
         json["ored"] = true;
     }
+    json["name"] = field.name.empty() ? Json(nullptr) : Json(field.name);
     json["layout"] = field.title.empty() ? Json(nullptr) : Json(field.title);
     return json;
 }
@@ -91,7 +92,7 @@ std::string describe(const Translator& translator, const Field& field) {
             text = from + ", " + field.text;
             break;
     }
-    return text + (field.combines ? ", ORed in" : "");
+    return text + (field.combines ? ", ORed in" : "") + (field.name.empty() ? "" : " (" + field.name + ")");
 }
 
 }  // namespace tool
