@@ -32,7 +32,7 @@ std::string_view words(Trait trait) {
         case Trait::keeps_length:
             return "does not store the out-length";
         case Trait::keeps_buffer:
-            return "does not clear the whole record that comes out";
+            return "does not clear the whole record";
         case Trait::takes_type:
             return "takes a fourth argument, a pointer to the entry type";
         case Trait::takes_key:

@@ -133,7 +133,8 @@ NPXLATE_API int32_t generic_xlate_logical_result(const void *physical, int32_t p
 
 /* ---- Generic fast-path IP: by name ---- */
 
-/* The same as generic_xlate_key, under the name that the fast-path IP tables use: key of 0 to 47 bytes, copied. */
+/* The same as generic_xlate_key, under the name that the fast-path IP tables use: key of 0 to 47 bytes, copied;
+ * NPXLATE_INVALID, with nothing written, for more. */
 NPXLATE_API int32_t generic_fast_ip_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
@@ -879,8 +880,8 @@ NPXLATE_API int32_t bridge_domain_type_logical_xlate_result(const void *physical
 NPXLATE_API int32_t bridge_domain_ext_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                      uint32_t *physical_length);
 
-/* Bridge-domain extension, table 105, 101 bytes of the bridge domain's logical record to 16. P4-7 hold L44-47 if L1.3
- * is set, L12-13 and L40-41 if it is clear. Of L60-63 the bits 24 to 1 are carried. */
+/* Bridge-domain extension, table 105, 101 bytes to 16: the bridge domain's logical record. P4-7 hold L44-47 if L1.3 is
+ * set, L12-13 and L40-41 if it is clear. Of L60-63 the bits 24 to 1 are carried. */
 NPXLATE_API int32_t bridge_domain_ext_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                         uint32_t *physical_length);
 
