@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -38,6 +39,11 @@ enum class Trait : unsigned {
     checks_length = 32,    // returns 22 for a length that it does not take
     rejects_records = 64,  // returns a status other than 0 for some records
     hides_failures = 128,  // returns 0 even for a record that it rejects: only the out-length is not stored
+};
+
+inline constexpr Trait all_traits[] = {
+    Trait::changes_input, Trait::keeps_length,  Trait::keeps_buffer,    Trait::takes_type,
+    Trait::takes_key,     Trait::checks_length, Trait::rejects_records, Trait::hides_failures,
 };
 
 // A record that takes a translator through one of its variants: bits and bytes that it must hold, such as
@@ -90,7 +96,20 @@ const Translator& of_table(unsigned table, Role role);
 // The table ids in whose slots the translator stands; none for those reached by name.
 std::vector<unsigned> tables_of(const Translator& translator);
 
+// What a table holds, in words: "receive adjacency". What a translator translates: its table's title, those of all its
+// tables, or its own if it stands in none.
+std::string_view title_of_table(unsigned table);
+std::string title(const Translator& translator);
+
 std::string_view to_string(Role role);
+
+// "changes_input" and so on, and the same in words that follow upon a translator's name.
+std::string_view to_string(Trait trait);
+std::string_view words(Trait trait);
+
+// "NPXLATE_OK" and so on, and what the status says.
+std::string_view status_name(std::int32_t status);
+std::string_view status_words(std::int32_t status);
 
 // The families' own lists, each in its file.
 std::vector<Translator> frame();

@@ -45,7 +45,7 @@ extern "C" {
 
 /* The values a translator returns; there are no others. */
 enum npxlate_status {
-    NPXLATE_OK = 0,
+    NPXLATE_OK = 0,             /* translated */
     NPXLATE_INVALID = 22,       /* a length or a type that the table does not take */
     NPXLATE_OUT_OF_RANGE = 34,  /* srv6_info_res_xlate only: more than 4 segment identifiers */
     NPXLATE_NOT_SUPPORTED = 95, /* r_ldi_entry_st_result only: a combination of flags that the table does not take */
@@ -113,6 +113,8 @@ NPXLATE_API const struct npxlate_register *quill_to_get_mreg_init(uint8_t engine
  * Generic translators and helpers
  * ====================================================================== */
 
+/* ---- Generic record: every table without translators of its own ---- */
+
 /* The generic translators serve every table whose logical and physical records hold the same bytes. They copy as many
  * bytes as the length says, and check only an upper bound: above it they return NPXLATE_INVALID and write nothing. The
  * bounds differ on purpose: a 64-byte result can be programmed but not read back. A negative length is not caught. */
@@ -129,22 +131,29 @@ NPXLATE_API int32_t generic_xlate_result(const void *logical, int32_t logical_le
 /* Result of 0 to 63 bytes, copied as it is: the header bits stay in L0. */
 NPXLATE_API int32_t generic_xlate_logical_result(const void *physical, int32_t physical_length, void *logical);
 
-/* The same as generic_xlate_key, under the name that the fast-path IP tables use. By name only. */
+/* ---- Generic fast-path IP: by name ---- */
+
+/* The same as generic_xlate_key, under the name that the fast-path IP tables use: key of 0 to 47 bytes, copied;
+ * NPXLATE_INVALID, with nothing written, for more. */
 NPXLATE_API int32_t generic_fast_ip_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
 /* Fast-path IP result, 3 bytes to 4: 0x11, then L0-2. Always writes 4 bytes, but *physical_length = logical_length + 1.
- * A length above 64 returns NPXLATE_INVALID and writes nothing. By name only. */
+ * A length above 64 returns NPXLATE_INVALID and writes nothing. */
 NPXLATE_API int32_t generic_fast_ip_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                  uint32_t *physical_length);
 
-/* Modulo key, 4 bytes to 2. Does not write *physical_length. L1 is not used. By name only. */
+/* ---- Modulo: by name ---- */
+
+/* Modulo key, 4 bytes to 2. Does not store *physical_length. L0.7-4, L1 and L3.7-4 are not carried. */
 NPXLATE_API int32_t modulo_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                      uint32_t *physical_length);
 
-/* Modulo result, 8 bytes to 16: eight 6-bit values. Does not write *physical_length. By name only. */
+/* Modulo result, 8 bytes to 16: eight 6-bit values. Does not store *physical_length. */
 NPXLATE_API int32_t modulo_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
+
+/* ---- Virtual queue index: a helper, no translator ---- */
 
 /* A virtual queue index adjusted by its range: bit 11 set for range 4, bits 11 and 10 for range 8, unchanged for any
  * other. Only the low 8 bits of the range count. */
@@ -161,16 +170,16 @@ NPXLATE_API int32_t rx_adjacency_type_xlate_key(const void *logical, int32_t log
                                                 uint32_t *physical_length);
 
 /* Result, 30 bytes to 16, in five variants: A with L0.5 set, else B with L0.6, else C with L1.0, else D with L1.3, else
- * E. In C, P4 is L29 when L1.1 is set, else L28 + 7 when L1.2 is, else 0. In D, the lowest bit of the 24-bit value
- * L12-14 goes to bit 20 and all others one down, and P0.5 is set whatever L0.4 is. In E, L8 is the range of the virtual
- * queue index L4-5. */
+ * E. In C, P4 is L29 when L1.1 is set, else L28 + 7 when L1.2 is, else 0. In D, P5-7 hold the 32-bit value L12-15
+ * shifted right by one, its lowest bit ORed into bit 20, least significant byte first (bits 31 to 25 of the value are
+ * not carried), and P0.5 is set whatever L0.4 is. In E, L8 is the range of the virtual queue index L4-5. */
 NPXLATE_API int32_t rx_adjacency_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
 
 /* The way back, 16 bytes to 30. Clears L0-15 only: of L16-29 it writes L24-27, in variant A also L16-17 and L20-23, in
  * variant C also L28 when P1.2 is set and L29 when P1.1 is; all else there stays as the caller had it. P3.7 makes
- * variant A, P1.0 or P2.5 variant C; B and D read back as E. No value is swapped back, L4-5 keeps the range bits, and
- * L8 is not restored. */
+ * variant A, P1.0 or P2.5 variant C, anything else E. So D reads back as E, and so does B, but as C where its L1.0 was
+ * set. No value is swapped back, L4-5 keeps the range bits, and L8 is not restored. */
 NPXLATE_API int32_t rx_adjacency_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                            void *logical);
 
@@ -187,13 +196,15 @@ NPXLATE_API int32_t tx_adjacency_type_xlate_key(const void *logical, int32_t log
 NPXLATE_API int32_t tx_adjacency_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
 
-/* The way back, 32 bytes to 90: T2 with P3.7 set, else T4 with P1.3, else as T6; X, T1, T3 and T5 have no way back.
- * Values are not swapped back, each label returns least significant byte first, and L0.4 is the inverse of P1.5. */
+/* The way back, 32 bytes to 90: as T2 with P3.7 (L0.7) set, else as T4 with P1.3 (L1.2), else as T6. X, T1, T3 and T5
+ * have no way back, nor has T2 with L0.7 clear. Values are not swapped back, each of T4's labels returns as
+ * (b0 + 256 x b1) x 16 + (b2 >> 4) of its three bytes, L0.1 is P1.5 and L0.4 its inverse. */
 NPXLATE_API int32_t tx_adjacency_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                            void *logical);
 
-/* ---- TE next hop (7), strict RPF list (16), egress port (19), next-hop index (98): all read back by the generic
- * reverse, as the bytes that the network processor holds ---- */
+/* ---- TE next hop: table 7; strict RPF list: table 16; egress port: table 19; next-hop index: table 98 ---- */
+
+/* All four are read back by the generic reverse, as the bytes that the network processor holds. */
 
 /* TE next-hop key, 2 bytes to 2: the same bytes. */
 NPXLATE_API int32_t te_nh_adjacency_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -231,7 +242,9 @@ NPXLATE_API int32_t nhindex_type_xlate_result(const void *logical, int32_t logic
  * OAM offload
  * ====================================================================== */
 
-/* ---- CFM offload: by name, and through tables 108 to 110 ---- */
+/* ---- CFM transmit: by name; second CFM transmit: by name; CFM receive: by name ---- */
+
+/* CFM entries stand in the BFD tables, 108 to 110, whose translators hand them on to these. */
 
 /* Keys of transmit entries, 4 bytes to 4, and of receive entries, 5 bytes to 5: the same bytes. */
 NPXLATE_API int32_t cfm_hwo_xlate_tx_key(const void *logical, int32_t logical_length, void *physical,
@@ -265,9 +278,11 @@ NPXLATE_API int32_t cfm_hwo_xlate_rx_result(const void *logical, int32_t logical
  * byte order. */
 NPXLATE_API int32_t cfm_logical_hwo_xlate_rx_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- BFD offload: transmit encapsulation (108), transmit payload (109), receive (110) ---- */
+/* ---- BFD transmit encapsulation: table 108; BFD transmit payload: table 109; BFD receive: table 110; BFD
+ * discriminator: by name ---- */
 
-/* Key of tables 108 and 109, 4 bytes to 4: the bytes reversed when L1 is 2 or 4; otherwise P0-1 = L2-3 as they are. */
+/* Key of tables 108 and 109, 4 bytes to 4: P3 = L0, P2 = L1, and P0-1 = L2-3, swapped when L1 is 2 or 4 and as they are
+ * otherwise. */
 NPXLATE_API int32_t bfd_hw_offload_xlate_tx_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
@@ -299,7 +314,7 @@ NPXLATE_API int32_t bfd_logical_hw_offload_xlate_payload_result(const void *phys
 NPXLATE_API int32_t bfd_hw_offload_xlate_rx_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* The receive key of a discriminator entry, 5 bytes to 5: the same bytes. By name. */
+/* The receive key of a discriminator entry, 5 bytes to 5: the same bytes. */
 NPXLATE_API int32_t bfd_disc_xlate_rx_key(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 
@@ -310,17 +325,17 @@ NPXLATE_API int32_t bfd_hw_offload_xlate_rx_result(const void *logical, int32_t 
                                                    uint32_t *physical_length);
 
 /* Receive result of a discriminator entry, 24 bytes to 24, whatever the type in L7. L4, L5.7-6, L6, L11, L15 and L17-23
- * are not carried. By name, and through table 110. */
+ * are not carried. Table 110 hands entries of that type on to it. */
 NPXLATE_API int32_t bfd_disc_xlate_rx_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* The way back, 24 bytes to 24. A record with P7 = 1 is translated as by cfm_logical_hwo_xlate_rx_result; discriminator
- * records are taken for BFD records. In these L0 = P0 AND 0xf1: L0.3-1 are lost and the header bits L0.4 and L0.0 are
- * set; the type L7 is 0. */
+/* The way back, 24 bytes to 24. A record with P7 = 1 is translated as by cfm_logical_hwo_xlate_rx_result; any other as
+ * a BFD record, a discriminator record too. In these L0 = P0 AND 0xf1: L0.3-1 are lost and the header bits L0.4 and
+ * L0.0 are set; L11, L15, L19, L23 and the type L7 are 0. */
 NPXLATE_API int32_t bfd_logical_hw_offload_xlate_rx_result(const void *physical, int32_t physical_length,
                                                            void *logical);
 
-/* ---- VRRP virtual MAC addresses: table 17 ---- */
+/* ---- VRRP virtual MAC address: table 17 ---- */
 
 /* Key, 8 bytes to 8: the 48-bit address L0-5 made big-endian, then L6-7. */
 NPXLATE_API int32_t vrrp_vmac_entry_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -343,39 +358,38 @@ NPXLATE_API int32_t vrrp_logical_xlate_result(const void *physical, int32_t phys
 NPXLATE_API int32_t ip_leaf_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
-/* IP leaf result: 64 bytes to 32, of which only L0-58 are read. L0.4 and L0.0 choose one of three variants: label
- * stack (L0.4 set), B (L0.0 set) and next hop (both clear). L1.3 lays the queue overlay over it, L2.3 the SRv6
- * overlay over both. P3 is the hop byte: 2 x b + 1, where b is the low byte of the count L4-5, or 1 if that byte is
+/* IP leaf result: 64 bytes to 32, of which only L0-58 are read. L0.4 and L0.0 choose one of three variants: A, a label
+ * stack (L0.4 set), else B (L0.0 set), else C, a next hop. L1.3 lays the queue overlay over it, L2.3 the SRv6 overlay
+ * over both. P3 is the hop byte: 2 x b + 1, where b is the low byte of the count L4-5, or 1 if that byte is
  * above 64. */
 NPXLATE_API int32_t ip_leaf_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                             uint32_t *physical_length);
 
-/* IP leaf read back: 32 bytes to 64. L4-5 comes back as the hop byte, not as the count, and the triple of P19-21
- * always as L32-34. Not restored, and zero: L0.7, L1, L2.2-7, L12-15 and L18-27 where they are no label entries,
- * L36-38, L48, L49.0-6, L52-58, the next-hop value, and the overlays as such: what they wrote over comes back as the
- * variant's own bytes. L40-42 and L51 come back in every variant; L6-7, L28-33, L44-47, L49.7 and L50.2-0 only in
- * variant A. */
+/* IP leaf read back: 32 bytes to 64. In every variant it fills L0.4-0, L0.6, L2.1-0, L4 (the hop byte, not the count),
+ * L40-42 and L51; in variant A (P0.6 set) also L6, the four labels with their flags at L8-27, L28-30, L32-34 (the
+ * triple of P19-21, wherever it came from), the label L44-47, L49.7 and L50.2-0; in the others also L8-10 and L16-17.
+ * All else is 0. What an overlay wrote comes back as the variant's own bytes. */
 NPXLATE_API int32_t ip_leaf_st_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Fast-path IP leaf: tables 121 (IPv4) and 42 (IPv6), read back by the generic reverse ---- */
+/* ---- Fast-path IPv4 leaf: table 121; fast-path IPv6 leaf: table 42 ---- */
 
-/* Fast-path IPv4 key: an address of 4 bytes, which is made big-endian. *physical_length = logical_length, and
+/* Fast-path IPv4 key, 4 bytes to 4: an address, which is made big-endian. *physical_length = logical_length, and
  * exactly that many bytes are written, none if it is negative: the first ones of the address, or zeros after its
  * four; L0-3 are read whatever the length. Does nothing and returns NPXLATE_OK when a pointer is null. */
 NPXLATE_API int32_t ipv4_leaf_fastip_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* Fast-path IPv6 key: an address of 16 bytes, which is turned round. Takes any length: the bytes are written in
+/* Fast-path IPv6 key, 16 bytes to 16: an address, which is turned round. Takes any length: the bytes are written in
  * reverse order, none if it is negative, *physical_length = logical_length. Does nothing and returns NPXLATE_OK when
  * a pointer is null. */
 NPXLATE_API int32_t ipv6_leaf_fastip_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* Fast-path IP result, for both tables: 3 bytes to 4, 0x11 and then L0-2. */
+/* Fast-path IP result, for both tables: 3 bytes to 4, 0x11 and then L0-2. Read back by the generic reverse. */
 NPXLATE_API int32_t ip_leaf_fastip_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* ---- SRv6 function codes: no translators, by name only ---- */
+/* ---- SRv6 function codes: helpers, no translators ---- */
 
 /* The behaviour code of a SID function code: 2 for 1 to 4, 4 for 5 to 8, 8 for 9 to 12, 16 for 16, 64 for 17, 32 for
  * 18 and 36, 0x80 for 19 and 37, 0 for any other. */
@@ -387,7 +401,7 @@ NPXLATE_API uint8_t srv6_sid_action_from_func_type_gdp_xlate(uint32_t code);
 /* The code of an SRv6 function in an information record: 4 for 30, 3 for 31, 2 for 32, 1 for 33, 0 for any other. */
 NPXLATE_API uint8_t srv6i_func_gdp_xlate(uint32_t code);
 
-/* ---- Recursive load distribution: table 12, read back by the generic reverse ---- */
+/* ---- Recursive load distribution: table 12 ---- */
 
 /* Recursive load-distribution key: 3 bytes to 3, copied. */
 NPXLATE_API int32_t r_ldi_key_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -395,7 +409,8 @@ NPXLATE_API int32_t r_ldi_key_st_xlate_key(const void *logical, int32_t logical_
 
 /* Recursive load-distribution entry: 36 bytes to 16. Changes its input: a path count L2 above 3 is set to 0 in the
  * logical record, which therefore must be writable. Returns NPXLATE_NOT_SUPPORTED when L1.4 and L0.0 are both set,
- * after writing the 16 bytes with P0-3 and P12 filled, and without writing *physical_length. */
+ * after writing the 16 bytes with P0-3 and P12 filled, and without storing *physical_length. Read back by the generic
+ * reverse. */
 NPXLATE_API int32_t r_ldi_entry_st_result(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 
@@ -413,11 +428,12 @@ NPXLATE_API int32_t nr_ldi_entry_st_result(const void *logical, int32_t logical_
                                            uint32_t *physical_length);
 
 /* Non-recursive load-distribution entry read back: 32 bytes to 168, as a protected path if P1.3 is set and as the
- * plain form otherwise. The label array, the recursive form, L2, L3, L56-64 and L148-166 are not restored. L0.0,
+ * plain form otherwise. The label array, the recursive form, L2, L3, L56-64 and L148-166 are not restored. L0.2 is
+ * P1.5, which L2.4 and L2.7 set. L0.0,
  * L0.1 and L0.7 are set by the flag of a label, too. L132-135 returns in another order: P31, P19, P20, P21. */
 NPXLATE_API int32_t nr_ldi_entry_st_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- MPLS leaf: table 28, read back by the generic reverse ---- */
+/* ---- MPLS leaf: table 28 ---- */
 
 /* MPLS leaf key: 5 bytes to 3: the low 24 bits of L0-3, bit 20 ORed with L4.0, least significant byte first. */
 NPXLATE_API int32_t mpls_leaf_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -425,11 +441,12 @@ NPXLATE_API int32_t mpls_leaf_st_xlate_key(const void *logical, int32_t logical_
 
 /* MPLS leaf result: 90 bytes to 32, in one of twelve variants: the first of L0.4, L0.6, L0.7, L2.4, L4.5, L0.2, L4.6,
  * L4.4, L1.6, L0.3, L0.5 and L1.7 that is set. With none of them set, the fields that all variants share stand alone.
- * P3 is the hop byte of L6, as in the IP leaf; in the variant of L0.2 it is L21.3-0 and L17.3-0 instead. */
+ * P3 is the hop byte of L6, as in the IP leaf; in the variant of L0.2 it is L21.3-0 and L17.3-0 instead. Read
+ * back by the generic reverse. */
 NPXLATE_API int32_t mpls_leaf_st_result(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 
-/* ---- Link aggregation bundle: table 8 ---- */
+/* ---- Link-aggregation bundle: table 8 ---- */
 
 /* Bundle key: 7 bytes to 3: the low 12 bits of the id L4-5, least significant byte first, then 64 x the kind L0-3 (1
  * or 2; any other counts as 0) plus L6, modulo 256. */
@@ -444,7 +461,7 @@ NPXLATE_API int32_t lag_type_xlate_result(const void *logical, int32_t logical_l
  * and 10 show it: 4, 8 or 0. L0.3 is set if the member is not 0. L0.2 and L12 are not restored. */
 NPXLATE_API int32_t lag_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Link aggregation member information: table 60 ---- */
+/* ---- Link-aggregation member information: table 60 ---- */
 
 /* Member information key: 8 bytes to 2: the low 12 bits of the id L4-7, least significant byte first, and the kind
  * L0-3 (1 or 2; any other counts as 0) in P1.5-4. */
@@ -468,12 +485,13 @@ NPXLATE_API int32_t prot_lag_st_xlate_key(const void *logical, int32_t logical_l
 NPXLATE_API int32_t prot_lag_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* Protected bundle read back: 16 bytes to 16. NPXLATE_INVALID for any physical_length but 16, with nothing written.
+/* Protected bundle read back: 16 bytes to 16. Returns NPXLATE_INVALID and writes nothing unless physical_length is 16.
  * Does not return what was programmed: the 16-bit fields P4-5, P6-7 and P13-14 are read with their bytes exchanged,
  * and L0 and L1 are P5.7-5 and P5.4. */
 NPXLATE_API int32_t prot_lag_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- SRv6 segment identifiers: table 115, read back by the generic reverse ---- */
+/* ---- SRv6 SID array: table 115; SRv6 SID list: by name; SRv6 information record: by name; SRH encapsulation: by
+ * name ---- */
 
 /* SID array key: 3 bytes to 3, copied. */
 NPXLATE_API int32_t srv6_sida_key_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -481,45 +499,45 @@ NPXLATE_API int32_t srv6_sida_key_xlate(const void *logical, int32_t logical_len
 
 /* SID array result: 80 bytes to 32. Hands the record to srv6_array_res_xlate if L0.0 is set and to
  * srv6_info_res_xlate otherwise, and returns NPXLATE_OK whatever they return: *physical_length left unwritten is the
- * only sign of a failure, which is an information record with more than 4 SIDs. */
+ * only sign of a failure, which is an information record with more than 4 SIDs. Read back by the generic reverse. */
 NPXLATE_API int32_t srv6_sida_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 
 /* SID list: 80 bytes to 32, header 0x91. Always all four SIDs; of each 16-byte SID its bytes 1 to 6 are carried.
- * Returns NPXLATE_INVALID, with nothing written, when L0.0 is clear. By name only. */
+ * Returns NPXLATE_INVALID, with nothing written, when L0.0 is clear. */
 NPXLATE_API int32_t srv6_array_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
 /* SRv6 information record: 80 bytes to 32. L2 SIDs (0 to 4), of each 16-byte SID bytes 1 to 6. Returns
  * NPXLATE_INVALID, with nothing written, when L0.0 is set, and NPXLATE_OUT_OF_RANGE when L2 is above 4, after
- * writing the 32 bytes with P0-1 filled and without writing *physical_length. By name only. */
+ * writing the 32 bytes with P0-1 filled and without storing *physical_length. */
 NPXLATE_API int32_t srv6_info_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 
-/* SRH encapsulation read back: does nothing, neither reads nor writes, and returns NPXLATE_OK. By name only. */
+/* SRH encapsulation read back: does nothing, neither reads nor writes, and returns NPXLATE_OK. */
 NPXLATE_API int32_t ipv6_srh_encap_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- SRv6 local segment identifier: table 116, read back by the generic reverse ---- */
+/* ---- SRv6 local SID: table 116 ---- */
 
 /* Local SID key: 2 bytes to 2, copied. */
 NPXLATE_API int32_t srv6_local_sid_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* Local SID result: 3 bytes to 8. */
+/* Local SID result: 3 bytes to 8. Read back by the generic reverse. */
 NPXLATE_API int32_t srv6_local_sid_entry_xlate(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* ---- MPLS reverse-path-forwarding list: table 97, read back by the generic reverse ---- */
+/* ---- MPLS RPF list: table 97 ---- */
 
-/* MPLS RPF list key: 4 bytes to 4. L2.4-0 are not carried. */
+/* MPLS reverse-path-forwarding list key: 4 bytes to 4. L2.4-0 are not carried. */
 NPXLATE_API int32_t mpls_rpf_list_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                             uint32_t *physical_length);
 
-/* MPLS RPF list result: 4 bytes to 8. L0-3 keep their byte order. */
+/* MPLS RPF list result: 4 bytes to 8. L0-3 keep their byte order. Read back by the generic reverse. */
 NPXLATE_API int32_t mpls_rpf_list_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* ---- IPv6 link-local address: table 90, read back by the generic reverse ---- */
+/* ---- IPv6 link-local address: table 90 ---- */
 
 /* IPv6 link-local key: 20 bytes to 20: the address L4-19 turned round, then L0-3 big-endian. Takes keys of other
  * lengths: 20 bytes are cleared, written and reported whatever the length, and P0 onwards receives the bytes of the
@@ -528,21 +546,21 @@ NPXLATE_API int32_t mpls_rpf_list_xlate_result(const void *logical, int32_t logi
 NPXLATE_API int32_t ipv6_ll_xlate_hash_key(const void *logical, int32_t logical_length, void *physical,
                                            uint32_t *physical_length);
 
-/* IPv6 link-local result: 3 bytes to 8. */
+/* IPv6 link-local result: 3 bytes to 8. Read back by the generic reverse. */
 NPXLATE_API int32_t ipv6_ll_xlate_hash_result(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
-/* ---- Extended LSP attribute: table 37, read back by the generic reverse ---- */
+/* ---- Extended LSP attribute: table 37 ---- */
 
 /* Extended LSP attribute key: 3 bytes to 3, copied. */
 NPXLATE_API int32_t ext_lspa_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 
-/* Extended LSP attribute: 20 bytes to 16: four labels, each with its flag. */
+/* Extended LSP attribute: 20 bytes to 16: four labels, each with its flag. Read back by the generic reverse. */
 NPXLATE_API int32_t ext_lspa_st_result(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
 
-/* ---- Segment-routing LSP attribute: by name only, without a reverse ---- */
+/* ---- Segment-routing LSP attribute: by name ---- */
 
 /* Segment-routing LSP attribute key: 3 bytes to 3, copied. */
 NPXLATE_API int32_t sr_te_lspa_key(const void *logical, int32_t logical_length, void *physical,
@@ -550,7 +568,7 @@ NPXLATE_API int32_t sr_te_lspa_key(const void *logical, int32_t logical_length, 
 
 /* Segment-routing LSP attribute: 52 bytes to 32: the label L12 and up to nine more from L16 on, as long as the bytes L2
  * to L10 are not 0; the flag of a label is set when its byte of L2 to L11 is not 0. L8 sets P1.7 as well. No result
- * header: P0 is 0. */
+ * header: P0 is 0. Nothing reads it back. */
 NPXLATE_API int32_t sr_te_lspa_result(const void *logical, int32_t logical_length, void *physical,
                                       uint32_t *physical_length);
 
@@ -558,7 +576,7 @@ NPXLATE_API int32_t sr_te_lspa_result(const void *logical, int32_t logical_lengt
  * Multicast
  * ====================================================================== */
 
-/* ---- IP multicast leaves ---- */
+/* ---- IPv4 multicast leaf: table 24; IPv6 (S,G) multicast leaf: table 61; IPv6 (*,G) multicast leaf: table 62 ---- */
 
 /* A leaf turns a group, or a source and a group, into a node reference: three bytes, the key of the node table. The
  * result carries the reference behind the header byte, in its own byte order. In the keys the addresses are turned
@@ -577,19 +595,19 @@ NPXLATE_API int32_t ipv6mc_sg_leaf_key_xlate(const void *logical, int32_t logica
 NPXLATE_API int32_t ipv6mc_g_leaf_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                             uint32_t *physical_length);
 
-/* Leaf result, tables 24 and 62, 4 bytes to 4. L3 is not carried and comes back as 0. The reverse returns
- * NPXLATE_INVALID and writes nothing unless physical_length is 4. */
+/* Leaf result, tables 24 and 62, 4 bytes to 4. L3 is not carried and comes back as 0. The reverse, 4 bytes to 4,
+ * returns NPXLATE_INVALID and writes nothing unless physical_length is 4. */
 NPXLATE_API int32_t ipmc_leaf_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 NPXLATE_API int32_t ipmc_leaf_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* IPv6 (S,G) leaf result, table 61, 4 bytes to 16: the same in a longer record; P4-15 are 0. The reverse returns
- * NPXLATE_INVALID and writes nothing unless physical_length is 16. */
+/* IPv6 (S,G) leaf result, table 61, 4 bytes to 16: the same in a longer record; P4-15 are 0. The reverse, 16 bytes to
+ * 4, returns NPXLATE_INVALID and writes nothing unless physical_length is 16. */
 NPXLATE_API int32_t ipv6mc_sg_leaf_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 NPXLATE_API int32_t ipv6mc_sg_leaf_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- IP multicast node ---- */
+/* ---- IP multicast node: table 26 ---- */
 
 /* IP multicast node key, table 26, 3 bytes to 3: the node reference of a leaf result, copied. */
 NPXLATE_API int32_t ipmc_node_key_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -598,13 +616,13 @@ NPXLATE_API int32_t ipmc_node_key_xlate(const void *logical, int32_t logical_len
 /* IP multicast node result, table 26, 48 bytes to 32. P6-8, least significant byte first, have the form of table 52's
  * physical key: a type code in bits 23-20, an index in bits 19-0. The index is bits 27-8 of L40-43. The code is 3 for
  * types 3 and 4 (L36-39), else the low four bits of the type; L43.7-4 are ORed into it. L1.2 suppresses P1.6. Reading
- * back restores neither L28.0 nor the type, and L29.0 as 0 where L1.2 was set. The reverse returns NPXLATE_INVALID and
- * writes nothing unless physical_length is 32. */
+ * back restores neither L28.0 nor the type nor L43.7-4, and L29.0 as 0 where L1.2 was set. The reverse, 32 bytes to 48,
+ * returns NPXLATE_INVALID and writes nothing unless physical_length is 32. */
 NPXLATE_API int32_t ipmc_node_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 NPXLATE_API int32_t ipmc_node_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- IP and layer-2 multicast outgoing lists ---- */
+/* ---- IP multicast outgoing list: table 40; layer-2 multicast outgoing list: table 45 ---- */
 
 /* IP outgoing-list key, table 40, 8 bytes to 6. L0.7-1, L1 and L3.7-4 are not used. */
 NPXLATE_API int32_t ipmc_ole_key_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -613,7 +631,7 @@ NPXLATE_API int32_t ipmc_ole_key_xlate(const void *logical, int32_t logical_leng
 /* IP outgoing-list result, table 40, 60 bytes to 24. The type, L0-3, is 1, 2, 3 or 4; any other is written as type 1
  * without its type bit and comes back as 0. Reading back also puts the type-4 bit P1.1 into L4.2, which is not carried,
  * and P8 into L38 in types 0 and 1; it does not restore L32-34 of type 2 and the label flags L46.0 and L51.0 of type 4.
- * The reverse returns NPXLATE_INVALID and writes nothing unless physical_length is 24. */
+ * The reverse, 24 bytes to 60, returns NPXLATE_INVALID and writes nothing unless physical_length is 24. */
 NPXLATE_API int32_t ipmc_ole_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
 NPXLATE_API int32_t ipmc_ole_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
@@ -624,13 +642,13 @@ NPXLATE_API int32_t l2mc_ole_key_xlate(const void *logical, int32_t logical_leng
                                        uint32_t *physical_length);
 
 /* Layer-2 outgoing-list result, table 45, 40 bytes to 16. The first that is set of L0.2, L0.1 and L0.0 selects the
- * variant. L4 comes back as 1 when it was anything but 0. The reverse returns NPXLATE_INVALID and writes nothing unless
- * physical_length is 16. */
+ * variant. L4 comes back as 1 when it was anything but 0. The reverse, 16 bytes to 40, returns NPXLATE_INVALID and
+ * writes nothing unless physical_length is 16. */
 NPXLATE_API int32_t l2mc_ole_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
 NPXLATE_API int32_t l2mc_ipv4_ole_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Multicast encapsulation and MLC ---- */
+/* ---- Multicast encapsulation and MLC: table 52; multicast encapsulation: by name; MLC: by name ---- */
 
 /* Table 52 holds multicast encapsulation entries, types 2, 3 and 4, and MLC entries, types 1 and 5. The type is L0-3 of
  * the key and of the result. The table's own key and result translators hand a record on by its type. */
@@ -645,7 +663,7 @@ NPXLATE_API int32_t ipmc_mofrr_mvpn_key_xlate(const void *logical, int32_t logic
 NPXLATE_API int32_t ipmc_mofrr_mvpn_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
-/* Reverse of any type, table 52, 32 bytes to 48 logical ones. The physical record does not tell all types apart, so the
+/* Reverse of any type, table 52, 32 bytes to 48. The physical record does not tell all types apart, so the
  * caller keeps the type and hands it in as *entry_type; it alone decides, and is stored in L0-3. Types 1 and 5 restore
  * nothing else, type 4 all but the label flag L36.0. Returns NPXLATE_INVALID and writes nothing unless *entry_type is 1
  * to 5 and physical_length is 32. Called through the dispatch table, the entry is cast to npxlate_reverse_by_type_fn
@@ -655,45 +673,44 @@ NPXLATE_API int32_t ipmc_encap_logical_res_xlate(const void *physical, int32_t p
 
 /* Key of types 2, 3 and 4, 8 bytes to 3: L4-6 in their own order, with the type code ORed into P2.7-4: 2 for type 2, 3
  * for types 3 and 4. An index of more than 20 bits runs into the code. With any other type the buffer stays as it was,
- * yet *physical_length is 3 and the status NPXLATE_OK. By name. */
+ * yet *physical_length is 3 and the status NPXLATE_OK. */
 NPXLATE_API int32_t ipmc_encap_info_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
-/* Result of types 2, 3 and 4, 42 bytes to 32. Any other type gives the header byte and zeros, with NPXLATE_OK. By
- * name. */
+/* Result of types 2, 3 and 4, 42 bytes to 32. Any other type gives the header byte and zeros, with NPXLATE_OK. */
 NPXLATE_API int32_t mvpn_encap_info_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
-/* Key of types 1 and 5, 8 bytes to 3: L4-5 in their own order, then L0.3-0 in P2.7-4. The type is not checked. By
- * name. */
+/* Key of types 1 and 5, 8 bytes to 3: L4-5 in their own order, then L0.3-0 in P2.7-4; L6-7 are not carried. The type is
+ * not checked. */
 NPXLATE_API int32_t ipmc_mlc_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
 
-/* Result of types 1 and 5, 42 bytes to 32: the header byte and zeros, whatever the logical record holds. By name. */
+/* Result of types 1 and 5, 42 bytes to 32: the header byte and zeros. No byte of the logical record is read. */
 NPXLATE_API int32_t ipmc_mlc_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
 
-/* ---- Multicast-only fast reroute ---- */
+/* ---- MoFRR information: table 50; MoFRR watchdog counter: table 51 ---- */
 
-/* Fast-reroute information key, table 50, 8 bytes to 4. L0-3 are not used. */
+/* MoFRR (multicast-only fast reroute) information key, table 50, 8 bytes to 4. L0-3 are not used. */
 NPXLATE_API int32_t ipmc_mofrr_info_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
-/* Fast-reroute information result, table 50, 40 bytes to 32. L36-39 are carried only when L4.1 is set. Read back by
+/* MoFRR information result, table 50, 40 bytes to 32. L36-39 are carried only when L4.1 is set. Read back by
  * generic_xlate_logical_result. */
 NPXLATE_API int32_t ipmc_mofrr_info_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 
-/* Watchdog counter key, table 51, 3 bytes to 3: copied. */
+/* MoFRR watchdog counter key, table 51, 3 bytes to 3: copied. */
 NPXLATE_API int32_t ipmc_mofrr_wdcnt_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* Watchdog counter result, table 51, 16 bytes to 16. L4-13 are carried only when L0.2 is set; L0.2 itself is not
+/* MoFRR watchdog counter result, table 51, 16 bytes to 16. L4-13 are carried only when L0.2 is set; L0.2 itself is not
  * carried. Read back by generic_xlate_logical_result. */
 NPXLATE_API int32_t ipmc_mofrr_wdcnt_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* ---- Bidirectional PIM and multicast interface punt ---- */
+/* ---- Bidirectional PIM: table 113; multicast interface punt: table 21 ---- */
 
 /* Bidirectional PIM key, table 113, 6 bytes to 5. L3 and L4.6-0 are not used. */
 NPXLATE_API int32_t ipmc_bidir_key_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -703,7 +720,7 @@ NPXLATE_API int32_t ipmc_bidir_key_xlate(const void *logical, int32_t logical_le
 NPXLATE_API int32_t ipmc_bidir_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
-/* Reverse of it, 20 bytes to 48 logical ones: P4-19, then zeros. Returns NPXLATE_INVALID and writes nothing unless
+/* Reverse of it, 20 bytes to 48: P4-19, then zeros. Returns NPXLATE_INVALID and writes nothing unless
  * physical_length is 20. */
 NPXLATE_API int32_t ipmc_bidir_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
@@ -716,11 +733,12 @@ NPXLATE_API int32_t ipmc_intf_punt_key_xlate(const void *logical, int32_t logica
 NPXLATE_API int32_t ipmc_intf_punt_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* ---- Layer-2 multicast leaves ---- */
+/* ---- Layer-2 IPv4 multicast leaf: table 54; layer-2 IPv6 (S,G) multicast leaf: table 85; layer-2 IPv6 (*,G)
+ * multicast leaf: table 86; MMRP leaf: table 112 ---- */
 
-/* As the IP multicast leaves; their three keys are made from one logical key of 37 bytes: two bytes at L0, which stand
- * behind the addresses in the physical key and are followed by a zero byte there; the source at L5; the group at
- * L21. */
+/* The first three are as the IP multicast leaves; their keys are made from one logical key of 37 bytes: two bytes at
+ * L0, which stand behind the addresses in the physical key and are followed by a zero byte there; the source at L5; the
+ * group at L21. */
 
 /* IPv4 leaf key, table 54, 37 bytes to 11. When L4 is 0 the physical key is all zeros. */
 NPXLATE_API int32_t l2mc_ipv4_leaf_key_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -734,14 +752,14 @@ NPXLATE_API int32_t l2v6mc_sg_leaf_key_xlate(const void *logical, int32_t logica
 NPXLATE_API int32_t l2v6mc_g_leaf_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                             uint32_t *physical_length);
 
-/* Leaf result, tables 54 and 86, 4 bytes to 4. L3 is not carried and comes back as 0. The reverse returns
- * NPXLATE_INVALID and writes nothing unless physical_length is 4. */
+/* Leaf result, tables 54 and 86, 4 bytes to 4. L3 is not carried and comes back as 0. The reverse, 4 bytes to 4,
+ * returns NPXLATE_INVALID and writes nothing unless physical_length is 4. */
 NPXLATE_API int32_t l2mc_ipv4_leaf_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 NPXLATE_API int32_t l2mc_ipv4_leaf_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* IPv6 (S,G) leaf result, table 85, 4 bytes to 16: the same in a longer record; P4-15 are 0. The reverse returns
- * NPXLATE_INVALID and writes nothing unless physical_length is 16. */
+/* IPv6 (S,G) leaf result, table 85, 4 bytes to 16: the same in a longer record; P4-15 are 0. The reverse, 16 bytes to
+ * 4, returns NPXLATE_INVALID and writes nothing unless physical_length is 16. */
 NPXLATE_API int32_t l2v6mc_sg_leaf_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 NPXLATE_API int32_t l2v6mc_sg_leaf_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
@@ -751,35 +769,36 @@ NPXLATE_API int32_t l2mc_mmrp_leaf_key_xlate(const void *logical, int32_t logica
                                              uint32_t *physical_length);
 
 /* MMRP leaf result, table 112, 4 bytes to 8; P4-7 are 0. The reference is L0-2 but comes back one byte higher, in L1-3,
- * with L0 = 0. The reverse returns NPXLATE_INVALID and writes nothing unless physical_length is 8. */
+ * with L0 = 0. The reverse, 8 bytes to 4, returns NPXLATE_INVALID and writes nothing unless physical_length is 8. */
 NPXLATE_API int32_t l2mc_mmrp_leaf_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 NPXLATE_API int32_t l2mc_mmrp_leaf_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Layer-2 multicast node ---- */
+/* ---- Layer-2 multicast node: table 56 ---- */
 
 /* Layer-2 multicast node key, table 56, 3 bytes to 3: the node reference of a leaf result, copied. */
 NPXLATE_API int32_t l2mc_ipv4_node_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
 /* Layer-2 multicast node result, table 56, 56 bytes to 32. P1.5 is 1 when L28-29 is not 0. Reading back restores every
- * field that is carried. The reverse returns NPXLATE_INVALID and writes nothing unless physical_length is 32. */
+ * field that is carried. The reverse, 32 bytes to 56, returns NPXLATE_INVALID and writes nothing unless physical_length
+ * is 32. */
 NPXLATE_API int32_t l2mc_ipv4_node_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 NPXLATE_API int32_t l2mc_ipv4_node_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Encapsulation and point-to-multipoint MPLS outgoing lists ---- */
+/* ---- Encapsulation outgoing list: table 53; point-to-multipoint MPLS outgoing list: table 64 ---- */
 
 /* Encapsulation outgoing-list key, table 53, 7 bytes to 6. Nothing is swapped; L3 is not used. */
 NPXLATE_API int32_t encap_ole_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 
 /* Encapsulation outgoing-list result, table 53, 32 bytes to 20. The type, L0-3, is 1, 2, 3 or 4; any other returns
- * NPXLATE_INVALID, with the first two physical bytes filled, the others cleared and *physical_length not written. */
+ * NPXLATE_INVALID, with the first two physical bytes filled, the others cleared and *physical_length not stored. */
 NPXLATE_API int32_t encap_ole_res_xlate(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 
-/* Reverse of it, 20 bytes to 32 logical ones. L8-11 and L12-15 of types 1 and 4 and L16-17 of type 1 come back with
+/* Reverse of it, 20 bytes to 32. L8-11 and L12-15 of types 1 and 4 and L16-17 of type 1 come back with
  * their bytes reversed; of type 2, the label in L8-11 comes back without what stood above it, and L12 not at all.
  * Returns NPXLATE_INVALID and writes nothing unless physical_length is 20; returns NPXLATE_INVALID and leaves the
  * logical record cleared but for L4.0 when no type bit (P0.7-5, P1.6) is set. */
@@ -798,7 +817,7 @@ NPXLATE_API int32_t p2mp_mpls_ole_res_xlate(const void *logical, int32_t logical
  * Layer 2 and VPN
  * ====================================================================== */
 
-/* ---- Cross-connect and its extension: tables 23 and 74 ---- */
+/* ---- Cross-connect: table 23; cross-connect extension: table 74 ---- */
 
 /* Cross-connect key, table 23, 4 bytes to 3: the low 19 bits, least significant byte first. Clears a fourth byte of the
  * physical key, which the buffer must have; *physical_length = 3. */
@@ -807,12 +826,13 @@ NPXLATE_API int32_t xid_type_xlate_key(const void *logical, int32_t logical_leng
 
 /* Cross-connect, table 23, 92 bytes to 32, of a type, 1 to 11, at L8-11. NPXLATE_INVALID for any other type, and for
  * type 11 with a selector L60 above 2: the physical record has then been cleared and holds what was written by then,
- * and *physical_length is not written. */
+ * and *physical_length is not stored. */
 NPXLATE_API int32_t xid_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 
-/* And back, 32 bytes to 92. The type is found from the marks that the types leave in the physical record, or is 0 if
- * they are of none. What comes back differently:
+/* And back, 32 bytes to 92. The type is found from the marks that the types leave in the physical record; a record
+ * without any is of type 5, and only one whose single mark is P2.5 (with P2.4 or without) of type 0, which no result
+ * is. What comes back differently:
  *  - a type 8 comes back as type 5;
  *  - L1.1 comes back as 1 in types 5 to 8 and 11, L3.2 as 1 in types 9 and 10 and as 0 in all others;
  *  - in types 9 and 10, L66 is 1, L71 is 0, and L3.4 and L3.5 are both 1 if either was and L1.5 was set, else 0.
@@ -820,7 +840,8 @@ NPXLATE_API int32_t xid_type_xlate_result(const void *logical, int32_t logical_l
  * 1 and 2; whatever the type does not carry. */
 NPXLATE_API int32_t xid_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* Cross-connect extension key, table 74: the same as xid_type_xlate_key, the cleared fourth byte included. */
+/* Cross-connect extension key, table 74, 4 bytes to 3: the same as xid_type_xlate_key, the cleared fourth byte
+ * included. */
 NPXLATE_API int32_t xid_ext_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                            uint32_t *physical_length);
 
@@ -834,7 +855,7 @@ NPXLATE_API int32_t xid_ext_type_xlate_result(const void *logical, int32_t logic
  * L84-87. */
 NPXLATE_API int32_t xid_ext_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Bridge domain, its extension and its members: tables 75, 105 and 35 ---- */
+/* ---- Bridge domain: table 75; bridge-domain extension: table 105; bridge-domain member: table 35 ---- */
 
 /* Bridge-domain key, table 75, 2 bytes to 3: the number of the bridge domain, least significant byte first, and 0. */
 NPXLATE_API int32_t bridge_domain_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -855,16 +876,16 @@ NPXLATE_API int32_t bridge_domain_type_xlate_result(const void *logical, int32_t
 NPXLATE_API int32_t bridge_domain_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                             void *logical);
 
-/* Bridge-domain extension key, table 105: the same as bridge_domain_type_xlate_key. */
+/* Bridge-domain extension key, table 105, 2 bytes to 3: the same as bridge_domain_type_xlate_key. */
 NPXLATE_API int32_t bridge_domain_ext_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                      uint32_t *physical_length);
 
-/* Bridge-domain extension, table 105, 101 bytes of the bridge domain's logical record to 16. P4-7 hold L44-47 if L1.3
- * is set, L12-13 and L40-41 if it is clear. Bit 0 of L60-63 is dropped. */
+/* Bridge-domain extension, table 105, 101 bytes to 16: the bridge domain's logical record. P4-7 hold L44-47 if L1.3 is
+ * set, L12-13 and L40-41 if it is clear. Of L60-63 the bits 24 to 1 are carried. */
 NPXLATE_API int32_t bridge_domain_ext_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                         uint32_t *physical_length);
 
-/* And back, 16 bytes to 120. L0.5, L8, L100 and bit 0 of L60-63 come back as 0. */
+/* And back, 16 bytes to 120. L0.5, L8, L100 and of L60-63 all but the bits 24 to 1 come back as 0. */
 NPXLATE_API int32_t bridge_domain_ext_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                                 void *logical);
 
@@ -872,14 +893,14 @@ NPXLATE_API int32_t bridge_domain_ext_type_logical_xlate_result(const void *phys
 NPXLATE_API int32_t bridge_domain_member_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                         uint32_t *physical_length);
 
-/* Bridge-domain member, table 35, 64 bytes to 24, in one of three forms: A if L0.1 is set, else B (two labels) if L0.3
- * is set, else C if L1.1 is set; with none of them set, only what the forms have in common. In form C, P4-7 are
- * FF FF FF 9F whatever L4-7 hold. */
+/* Bridge-domain member, table 35, 64 bytes to 24, in one of three variants: A if L0.1 is set, else B (two labels) if
+ * L0.3 is set, else C if L1.1 is set; with none of them set, only what the variants have in common. In variant C, P4-7
+ * are FF FF FF 9F whatever L4-7 hold. */
 NPXLATE_API int32_t bridge_domain_member_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                            uint32_t *physical_length);
 
-/* And back, 24 bytes to 64. L1.1 comes back as 0; L0.2 holds it instead. A form C comes back with 0x9fffffff in
- * L4-7. */
+/* And back, 24 bytes to 64. L1.1 comes back as 0; L0.2 holds it instead. A variant C comes back with
+ * 0x9fffffff in L4-7. */
 NPXLATE_API int32_t bridge_domain_member_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                                    void *logical);
 
@@ -899,10 +920,10 @@ NPXLATE_API int32_t l2_ufib_type_xlate_result(const void *logical, int32_t logic
  * set too (L0.0, or L0.2) gets that one's fields as well, out of the same bytes. What does not come back: bit 0 of
  * L8-11; L1.5 to L1.7, L2.0, L2.1, L2.3, L3.5 to L3.7 and L71; L2.2 unless L0.2 is set; L2.4 unless L0.2 is set and
  * L0.1 or L0.6 is clear; L2.6 unless L0.2 is set and L1.0, L0.0 and L0.1 are clear; L1.2 and L3.1 unless L1.0 is set.
- */
+ * L2.7 comes back set also where an entry of variant 1 or 2 has L0.2 set, L0.1 or L0.6 clear, and a 1 in P21.0. */
 NPXLATE_API int32_t l2_ufib_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- I-SID and EVPN MAC: tables 58 and 70 ---- */
+/* ---- I-SID: table 58; EVPN MAC address: table 70 ---- */
 
 /* I-SID key, table 58, 6 bytes to 6: L0-2, L4-5 and 0, byte order kept. */
 NPXLATE_API int32_t isid_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -912,8 +933,8 @@ NPXLATE_API int32_t isid_type_xlate_key(const void *logical, int32_t logical_len
 NPXLATE_API int32_t isid_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                            uint32_t *physical_length);
 
-/* And back, 32 bytes to 44. The 16-bit value at L24 comes back with its bytes exchanged; L6-7 and L26-27 come back as
- * 0. */
+/* And back, 32 bytes to 44. The 16-bit value at L24 comes back with its bytes exchanged; L7 and L26-27 are 0, and L6 is
+ * P6, which is 0 in every record that isid_type_xlate_result writes. */
 NPXLATE_API int32_t isid_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
 /* EVPN MAC key, table 70, 10 bytes to 9: the MAC address L4-9, then L0-1 and 0, byte order kept. */
@@ -924,18 +945,19 @@ NPXLATE_API int32_t evpn_mac_mb_type_xlate_key(const void *logical, int32_t logi
 NPXLATE_API int32_t evpn_mac_mb_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                   uint32_t *physical_length);
 
-/* And back, 32 bytes to 32. L6-7 come back as 0. */
+/* And back, 32 bytes to 32. L7 is 0, and L6 is P5, which is 0 in every record that evpn_mac_mb_type_xlate_result
+ * writes. */
 NPXLATE_API int32_t evpn_mac_mb_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- EVPN multi-homing peer: table 30 ---- */
+/* ---- EVPN multi-homing peer: table 30; PBB-EVPN backbone MAC address: by name ---- */
 
 /* Key, 12 bytes to 7, in one of two forms: L0.0 set, the PBB-EVPN form, handed to pbbevpn_esi_bmac_type_xlate_key; L0.0
  * clear, a peer: L4-7, then bits 27..8 of L8-11, byte order kept. */
 NPXLATE_API int32_t evpn_mh_peer_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* Result to 8 bytes, in one of two forms: L0.0 set, the PBB-EVPN form of 10 bytes, handed to
- * pbbevpn_esi_bmac_type_xlate_result; L0.0 clear, a peer of 4 bytes: header 0x91, L1-3. */
+/* Result, 10 bytes to 8, in one of two forms: L0.0 set, the PBB-EVPN form, handed to
+ * pbbevpn_esi_bmac_type_xlate_result; L0.0 clear, a peer, of which 4 bytes are read: header 0x91, L1-3. */
 NPXLATE_API int32_t evpn_mh_peer_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
 
@@ -945,51 +967,51 @@ NPXLATE_API int32_t evpn_mh_peer_type_logical_xlate_result(const void *physical,
                                                            void *logical);
 
 /* The PBB-EVPN form of the above, under a name of its own: the backbone MAC address of an Ethernet segment. L0.0 is not
- * looked at. Key, 12 bytes to 7: P4-6 hold bits 27..8 of L8-11 from P4.4 up; P4.0 is 1 if L8 is not zero. By name
- * only. */
+ * looked at. Key, 12 bytes to 7: P4-6 hold bits 27..8 of L8-11 from P4.4 up; P4.0 is 1 if L8 is not zero. */
 NPXLATE_API int32_t pbbevpn_esi_bmac_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                     uint32_t *physical_length);
 
-/* Result, 10 bytes to 8: header 0x11, 0, the MAC address L4-9. By name only. */
+/* Result, 10 bytes to 8: header 0x11, 0, the backbone MAC address L4-9. */
 NPXLATE_API int32_t pbbevpn_esi_bmac_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                        uint32_t *physical_length);
 
-/* And back, 8 bytes to 12: L4-9. By name only. */
+/* And back, 8 bytes to 12: L4-9. */
 NPXLATE_API int32_t pbbevpn_esi_bmac_type_logical_xlate_result(const void *physical, int32_t physical_length,
                                                                void *logical);
 
-/* ---- Ethernet segment and spanning-tree instance: table 92 ---- */
+/* ---- Ethernet segment and spanning-tree instance: table 92; spanning-tree instance: by name ---- */
 
 /* Key, 8 bytes to 7, in one of two forms: an Ethernet segment if L7 is 0xff (L0-2 and 20 bits of L4-7, byte order
  * kept), else a spanning-tree instance, handed to velox_msti_info_type_xlate_key. */
 NPXLATE_API int32_t velox_esi_info_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                   uint32_t *physical_length);
 
-/* Result to 8 bytes, in one of two forms: an Ethernet segment of 8 bytes if L0 is not zero, else a spanning-tree
- * instance of 9 bytes, handed to velox_msti_info_type_xlate_result. */
+/* Result, 9 bytes to 8, in one of two forms: an Ethernet segment, of which 8 bytes are read, if L0 is not zero, else a
+ * spanning-tree instance, handed to velox_msti_info_type_xlate_result. */
 NPXLATE_API int32_t velox_esi_info_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                      uint32_t *physical_length);
 
-/* And back, with a fourth argument: the logical key (8 bytes) of the entry, because the physical record does not tell
- * the two forms apart. With 0xff in its byte 7: clears 8 bytes, fills L4-7 and sets L1.0 to P0.0 (1 in every entry
- * written by the result translator); L0, by which the result translator knows the form, comes back as 0. With any other
- * value: handed to msti_info_logical_res_xlate, which fills 12 bytes. Only byte 7 of the key is read. */
+/* And back, 8 bytes to 8 or 12, with a fourth argument: the logical key (8 bytes) of the entry, because the physical
+ * record does not tell the two forms apart. With 0xff in its byte 7: clears 8 bytes, fills L4-7 and sets L1.0 to P0.0
+ * (1 in every entry written by the result translator); L0, by which the result translator knows the form, comes back as
+ * 0. With any other value: handed to msti_info_logical_res_xlate, which fills 12 bytes. Only byte 7 of the key is read.
+ * */
 NPXLATE_API int32_t esi_info_logical_res_xlate(const void *physical, int32_t physical_length, void *logical,
                                                const void *logical_key);
 
 /* The spanning-tree instance, under a name of its own; what tells the forms apart above is not looked at. Key, 5 bytes
- * to 7: L0-3, 0, 0, L4 + 1 (255 gives 0). By name only. */
+ * to 7: L0-3, 0, 0, L4 + 1 (255 gives 0). */
 NPXLATE_API int32_t velox_msti_info_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
 
-/* Result, 9 bytes to 8: three flags of L4 in the header, and L8. By name only. */
+/* Result, 9 bytes to 8: three flags of L4 in the header, and L8. */
 NPXLATE_API int32_t velox_msti_info_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                       uint32_t *physical_length);
 
-/* And back, 8 bytes to 12. By name only. */
+/* And back, 8 bytes to 12. */
 NPXLATE_API int32_t msti_info_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- L2VPN load distribution, VNI information and DHCP binding: tables 27, 111 and 65 ---- */
+/* ---- L2VPN load distribution: table 27; VNI information: table 111; DHCP binding: table 65 ---- */
 
 /* L2VPN load-distribution key, table 27, 4 bytes to 2: L0-1, byte order kept. */
 NPXLATE_API int32_t l2_vpn_ldi_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -1011,7 +1033,8 @@ NPXLATE_API int32_t vni_info_st_xlate_key(const void *logical, int32_t logical_l
 NPXLATE_API int32_t vni_info_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* And back, 32 bytes to 36. L0.0 is 1 if P11 is 4 exactly. L7 and L14-15 come back as 0, and of L32-35 20 bits. */
+/* And back, 32 bytes to 36. L0.0 is 1 if P11 is 4 exactly. L7, L15 and L35 are 0; L14 is P10 and L34.7-4 are P30.7-4,
+ * which are 0 in every record that vni_info_st_xlate_result writes. */
 NPXLATE_API int32_t vni_info_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
 /* DHCP binding key, table 65, 18 bytes to 16: the two halves of the MAC address L0-5 exchanged, then L8-11, 19 bits of
@@ -1019,7 +1042,7 @@ NPXLATE_API int32_t vni_info_logical_res_xlate(const void *physical, int32_t phy
 NPXLATE_API int32_t dhcp_binding_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* DHCP binding, table 65, to 8 bytes: always the header 0x11 and zeros. The logical record is not read. Read back by
+/* DHCP binding, table 65, 0 bytes to 8: always the header 0x11 and zeros. The logical record is not read. Read back by
  * generic_xlate_logical_result. */
 NPXLATE_API int32_t dhcp_binding_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
@@ -1028,11 +1051,11 @@ NPXLATE_API int32_t dhcp_binding_type_xlate_result(const void *logical, int32_t 
  * Subscribers and tunnels
  * ====================================================================== */
 
-/* ---- Subscriber sessions: IP (107), PPPoE (67), L2TP (68) ---- */
+/* ---- IP subscriber session: table 107; PPPoE subscriber session: table 67; L2TP subscriber session: table 68 ---- */
 
-/* IP subscriber key, table 107, 21 bytes to 19. Changes the logical key when L2 = 2: the 32-bit word of the address
- * L3-18 that L20.7-6 selects (0 to 3) is shifted right, as a big-endian value, by L20.4-0 bits, and the key is
- * translated with the word shifted. Never pass a read-only key; translating the same key again shifts it again. */
+/* IP subscriber key, table 107, 21 bytes to 19. Changes its input when L2 = 2: in the logical key the 32-bit word of
+ * the address L3-18 that L20.7-6 selects (0 to 3) is shifted right, as a big-endian value, by L20.4-0 bits, and the key
+ * is translated with the word shifted. Never pass a read-only key; translating the same key again shifts it again. */
 NPXLATE_API int32_t ipsub_sid_leaf_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
@@ -1052,7 +1075,7 @@ NPXLATE_API int32_t pppoe_sid_leaf_st_xlate_result(const void *logical, int32_t 
                                                    uint32_t *physical_length);
 
 /* The reverse of table 67, 16 bytes to 9: reads the physical record of the sampling table, not that of PPPoE sessions.
- * Returns NPXLATE_INVALID and writes nothing for any other physical_length than 16. */
+ * Returns NPXLATE_INVALID and writes nothing unless physical_length is 16. */
 NPXLATE_API int32_t sample_nf_info_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
 /* L2TP key, table 68, 6 bytes to 4: L0-1 and L4-5. */
@@ -1068,7 +1091,8 @@ NPXLATE_API int32_t l2tp_sid_leaf_st_xlate_result(const void *logical, int32_t l
  * L20-21, L22-23, L38-39 and L40-41 keep the physical byte order. */
 NPXLATE_API int32_t l2tp_xlate_logical_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- GRE and LISP tunnels: GRE qualifier (59), LISP instance to VRF (79) ---- */
+/* ---- GRE qualifier: table 59; LISP instance to VRF: table 79; GRE encapsulation: by name; GRE interface to protocol:
+ * by name ---- */
 
 /* GRE qualifier key, table 59, 40 bytes to 39. L0.0 set: IPv6, the addresses L1-16 and L17-32, each reversed; clear:
  * IPv4, the addresses L1-4 and L17-20, each made big-endian. */
@@ -1080,13 +1104,14 @@ NPXLATE_API int32_t gre_qual_st_xlate_key(const void *logical, int32_t logical_l
 NPXLATE_API int32_t gre_qual_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* The way back, 16 bytes to 17. Returns NPXLATE_INVALID and writes nothing for any other physical_length than 16.
- * L13-15 is not shifted back, and so returns halved; L16.0 is set when either of L16.1-0 was; of L1-4 only L1 is
- * restored, and L0.2 is not. */
+/* The way back, 16 bytes to 17. Returns NPXLATE_INVALID and writes nothing unless physical_length is 16. L13-15 is not
+ * shifted back, and so returns halved; L16.0 is set when either of L16.1-0 was; of L1-4 only L1 is restored, and L0.2
+ * is not. */
 NPXLATE_API int32_t gre_qual_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
 /* LISP key, table 79, 20 bytes to 6. L10 not 0: the 32-bit value L12-15 behind a code, 12 when the value of L16-19 is
- * 12, 13 when it is 19, 0 for any other. L10 = 0: flags, the 24-bit value L4-6, and L8-9. */
+ * 12, 13 when it is 19, 0 for any other. L10 = 0: the flags L0.0 and L2.1-0, the 24-bit value L4-6 big-endian, and L8-9
+ * in their own order. L10 itself is not carried. */
 NPXLATE_API int32_t lisp_instance_to_vrf_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
 
@@ -1095,21 +1120,21 @@ NPXLATE_API int32_t lisp_instance_to_vrf_xlate_key(const void *logical, int32_t 
 NPXLATE_API int32_t lisp_instance_to_vrf_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                       uint32_t *physical_length);
 
-/* GRE encapsulation, by name only. Key, 3 bytes to 3: a 24-bit value made big-endian. Result, 32 bytes to 32: L1-31 as
+/* GRE encapsulation. Key, 3 bytes to 3: a 24-bit value made big-endian. Result, 32 bytes to 32: L1-31 as
  * they are; L0 is not carried. */
 NPXLATE_API int32_t gre_encap_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 NPXLATE_API int32_t gre_encap_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* GRE interface to protocol, by name only. Key, 6 bytes to 6: the same bytes. Result, 4 bytes to 8: the 24-bit value
+/* GRE interface to protocol. Key, 6 bytes to 6: the same bytes. Result, 4 bytes to 8: the 24-bit value
  * L1-3 made big-endian; L0 is not carried. */
 NPXLATE_API int32_t gre_ifh_2_proto_index_xlate(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 NPXLATE_API int32_t gre_ifh_2_proto_result_xlate(const void *logical, int32_t logical_length, void *physical,
                                                  uint32_t *physical_length);
 
-/* ---- L2TPv3-over-IPv6 tunnels: table 93 ---- */
+/* ---- L2TPv3-over-IPv6 tunnel: table 93 ---- */
 
 /* Key, 5 bytes to 5: the 32-bit value L0-3, made big-endian when L4 is not 0, then L4. */
 NPXLATE_API int32_t ent_h_l2tpv3ov6_tun_str_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -1125,27 +1150,28 @@ NPXLATE_API int32_t ent_h_l2tpv3ov6_tun_str_xlate_result(const void *logical, in
  * Features
  * ====================================================================== */
 
-/* ---- QoS strings and hashes ---- */
+/* ---- QoS string: by name; hierarchical-QoS hash: table 3; flow-QoS hash: by name ---- */
 
-/* QoS string, by name. 36 bytes to 32: twelve marking values in two groups (L8-16 and L18-26), each tagged with a code
+/* QoS string, 36 bytes to 32: twelve marking values in two groups (L8-16 and L18-26), each tagged with a code
  * for the kind of marking it sets. The kinds of a group's first pair make its 16-bit kind mask (P12-13, P24-25) and
  * order the pair: when the bit that the second code adds is above the first code's, the mask read least significant
  * byte first, the two values change places; so they do when only the second code has a bit in the mask. They change
- * places before a code of 15 blanks its place: with 15 as the first code, what stands beside it is the first value, and
- * the second is lost. The shifts of the first pair's kinds serve all three pairs; six bits of a shifted value are
- * carried. L7.6, L17.6 and L31.1 are not carried. */
+ * places before a code of 15 blanks its place: with 15 as the first code and a second code that has a bit in the mask,
+ * the second place holds the first value and the second is lost; with a second code without one (10, 12 or 13) the
+ * first is lost. The shifts of the first pair's kinds serve all three pairs; six bits of a shifted value are carried.
+ * L0.7-6, L1.2-0, L2.7-5, L3, L7.6, L17.6, L31.7-3 and L31.1 are not carried. */
 NPXLATE_API int32_t qos_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
 /* Hierarchical-QoS hash, table 3. Key: 8 bytes to 8, copied but for L7, whose bit-fields are turned round. Result: 34
- * bytes to 32; P1 and P2 hold the IP protocol numbers of TCP and UDP when L20.0 is set. Read back by
- * generic_xlate_logical_result. */
+ * bytes to 32, of which L0.7-6, L0.3-0, L3.7-4, L4-8, L20.4, L24, L26.0, L28, L30 and L32 are not carried; P1 and P2
+ * hold the IP protocol numbers of TCP and UDP when L20.0 is set. Read back by generic_xlate_logical_result. */
 NPXLATE_API int32_t h_qos_ez_xlate_hash_key(const void *logical, int32_t logical_length, void *physical,
                                             uint32_t *physical_length);
 NPXLATE_API int32_t h_qos_ez_xlate_hash_result(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* Flow-QoS hash, by name. Key: 24 bytes to 24, copied but for L22 and L23.4-0, which stand as 0. Result: 16 bytes to
+/* Flow-QoS hash. Key: 24 bytes to 24, copied but for L22 and L23.4-0, which stand as 0. Result: 16 bytes to
  * 16, into a buffer that the caller has prepared: it is not cleared and gets no header; P0.5, P0.3-0, P3 and P7 stay as
  * they are. */
 NPXLATE_API int32_t flow_qos_hash_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -1153,10 +1179,10 @@ NPXLATE_API int32_t flow_qos_hash_st_xlate_key(const void *logical, int32_t logi
 NPXLATE_API int32_t flow_qos_hash_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                   uint32_t *physical_length);
 
-/* ---- Access-control lists ---- */
+/* ---- ACL statistics hash: table 41; scaled-ACL key: table 94; scaled-ACL leaf: table 96 ---- */
 
-/* ACL statistics hash, table 41. Key: 8 bytes to 8, copied. Result: 4 bytes to 16. Read back into 5 bytes: L0 is not
- * restored, L0 and L4 are 0. */
+/* ACL statistics hash, table 41. Key: 8 bytes to 8, copied. Result: 4 bytes to 16. Read back, 16 bytes to 5: L0
+ * is not restored, L0 and L4 are 0. */
 NPXLATE_API int32_t acl_ez_stats_hash_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 NPXLATE_API int32_t acl_ez_stats_hash_result_st_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -1177,23 +1203,24 @@ NPXLATE_API int32_t scale_acl_leaf_xlate_key(const void *logical, int32_t logica
 NPXLATE_API int32_t scale_acl_leaf_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* ---- Punt, source ports, slots and racks ---- */
+/* ---- EDPL string: by name; ICU source port: table 44; remote slot index: table 71; rack table: table 76; remote
+ * punt: table 77 ---- */
 
-/* EDPL string, by name. Does not read the logical record (it may be null) and does not clear the physical one: sets the
- * header bits P0.4 and P0.0, leaves the other bits of the 32 bytes as they are; *physical_length = 32. */
+/* EDPL string, 0 bytes to 32. Does not read the logical record (it may be null) and does not clear the physical one:
+ * sets the header bits P0.4 and P0.0, leaves the other bits of the 32 bytes as they are; *physical_length = 32. */
 NPXLATE_API int32_t edpl_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 
-/* ICU source port, table 44. Key: 1 byte to 1, copied. Result: 2 bytes to 8, byte order kept. Read back in full; the
- * reverse translator returns NPXLATE_INVALID and writes nothing unless physical_length is 8. */
+/* ICU source port, table 44. Key: 1 byte to 1, copied. Result: 2 bytes to 8, byte order kept. Read back in
+ * full, 8 bytes to 2; the reverse translator returns NPXLATE_INVALID and writes nothing unless physical_length is 8. */
 NPXLATE_API int32_t icu_src_port_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 NPXLATE_API int32_t icu_src_port_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                  uint32_t *physical_length);
 NPXLATE_API int32_t icu_src_port_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
-/* Remote slot index, table 71, whose key and result translators are the generic ones. Reads the 8-byte record that
- * remote_punt_xlate_result writes, into 5 bytes; P4-5 is not restored, L2-3 is 0. Returns NPXLATE_INVALID and writes
+/* Remote slot index, table 71, whose key and result translators are the generic ones. The reverse, 8 bytes to 5, reads
+ * the record that remote_punt_xlate_result writes; P4-5 is not restored, L2-3 is 0. Returns NPXLATE_INVALID and writes
  * nothing unless physical_length is 8. */
 NPXLATE_API int32_t remote_slot_idx_logical_res_xlate(const void *physical, int32_t physical_length, void *logical);
 
@@ -1212,12 +1239,12 @@ NPXLATE_API int32_t remote_punt_xlate_key(const void *logical, int32_t logical_l
 NPXLATE_API int32_t remote_punt_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* ---- Mirroring and sampling ---- */
+/* ---- SPAN forwarding: table 22; sampling information: table 69 ---- */
 
 /* SPAN forwarding, table 22: where a mirrored packet goes. Key: 4 bytes to 3; L1 is not carried. Result: 28 bytes to
  * 32; L4.7-3, L5-7, L16-17, L21-23 and L27 are not carried, the address in L8-13 and the value in L14-15 only when L4.2
  * is set. The result translator changes its input: a value above 128 in L18-19 becomes 128 there too, so the logical
- * record must be writable. What is carried reads back as it was. */
+ * record must be writable. What is carried reads back as it was, 32 bytes to 28. */
 NPXLATE_API int32_t span_fwd_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 NPXLATE_API int32_t span_fwd_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
@@ -1234,22 +1261,22 @@ NPXLATE_API int32_t sample_nf_info_st_xlate_key(const void *logical, int32_t log
 NPXLATE_API int32_t sample_nf_info_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                    uint32_t *physical_length);
 
-/* ---- Records written over a prepared buffer ---- */
+/* ---- Policy-based-routing string: by name; platform-FIB record: by name ---- */
 
-/* Policy-based-routing string, by name. 34 bytes to 32, without clearing: sets the header bits P0.4 and P0.0, leaves
- * the other bits of P0, P1.7 and P6 as they are. P3-5 is 0 and L2-3 when L1.0 is set, otherwise L4-6. L1.4 is not
- * carried. */
+/* Policy-based-routing string, 34 bytes to 32, without clearing: sets the header bits P0.4 and P0.0, leaves
+ * the other bits of P0, P1.7 and P6 as they are. P3-5 is 0 and L2-3 when L1.0 is set, otherwise L4-6. L0, L1.4 and L7
+ * are not carried. */
 NPXLATE_API int32_t pbr_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
-/* Platform-FIB record, by name, without out-length. 32 bytes to 32, copied in place without clearing: P0.6 and P22-24
+/* Platform-FIB record, without out-length, 32 bytes to 32, copied in place without clearing: P0.6 and P22-24
  * stay as they are, P0.4-0 becomes the header 0x11. */
 NPXLATE_API int32_t pifib_ez_xlate_result(const void *logical, int32_t logical_length, void *physical);
 
-/* ---- Receive services ---- */
+/* ---- Service configuration: table 88; external service: table 89; service node: by name; common flow: by name ---- */
 
-/* Service configuration, table 88; external service, table 89; service node, by name. Keys: 8 bytes to 8, for the
- * external service 32 to 32, copied; the node's two key translators do the same. Results: 32 bytes to 32, copied but
+/* Service configuration, table 88; external service, table 89; service node. Keys: 8 bytes to 8, for the external
+ * service 32 bytes to 32, copied; the node's two key translators do the same. Results: 32 bytes to 32, copied but
  * for the header in P0.4-0. Tables 88 and 89 read back by generic_xlate_logical_result. */
 NPXLATE_API int32_t rx_service_config_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
@@ -1266,7 +1293,7 @@ NPXLATE_API int32_t rx_service_node_xlate_hash_key(const void *logical, int32_t 
 NPXLATE_API int32_t rx_service_node_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                  uint32_t *physical_length);
 
-/* Common flow, by name. Key: 32 bytes to 32: L0-3 and L4-7 big-endian, L21-31 copied, L8-20 not carried. Result: 32
+/* Common flow. Key: 32 bytes to 32: L0-3 and L4-7 big-endian, L21-31 copied, L8-20 not carried. Result: 32
  * bytes to 32, copied but for the header in P0.4-0; L0.6, L1 except bits 6 and 4, and L6 are not carried, and L1.4 is
  * ORed into P7.7 as well. */
 NPXLATE_API int32_t rx_common_flow_key(const void *logical, int32_t logical_length, void *physical,
@@ -1274,10 +1301,12 @@ NPXLATE_API int32_t rx_common_flow_key(const void *logical, int32_t logical_leng
 NPXLATE_API int32_t rx_common_flow_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* ---- Video monitoring ---- */
+/* ---- Video-monitoring flow: table 48; video-monitoring interface: table 49; video-monitoring RTP payload type:
+ * table 84 ---- */
 
-/* Flow, table 48, whose key and reverse translators are the generic ones. 24 bytes to 32, header 0x91, byte order kept.
- * L11-14 is carried when L0.7 is set, L18-23 when L0.6 is; when both are, L19-22 take the place of L11-14. */
+/* Video-monitoring flow, table 48, whose key and reverse translators are the generic ones. 24 bytes to 32, header 0x91,
+ * byte order kept. L11-14 is carried when L0.7 is set, L18-23 when L0.6 is; when both are, L19-22 take the place of
+ * L11-14. */
 NPXLATE_API int32_t vidmon_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                             uint32_t *physical_length);
 
@@ -1295,20 +1324,20 @@ NPXLATE_API int32_t vidmon_rtp_pt_xlate_key(const void *logical, int32_t logical
 NPXLATE_API int32_t vidmon_rtp_pt_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* ---- LI-MD ---- */
+/* ---- LI-MD: table 66 ---- */
 
 /* LI-MD entries, table 66. Key: 2 bytes to 2: the 15-bit index from L0.1 up, least significant byte first. When L0.0 is
  * set the key translator changes its input: it adds 512 to the index there (modulo 32768) before it takes it, so the
  * logical key must be writable, and translating it again moves the index again. Result: 30 bytes to 32; P2-3 is the
- * complement of L2-3; L1.7-1 and L25 are not carried. Read back, each value of L2-3 to L20-21 is byte-reversed and
- * L22-29 is 0. */
+ * complement of L2-3; L1.7-1 and L25 are not carried. Read back, 32 bytes to 30, each value of L2-3 to L20-21 is
+ * byte-reversed and L22-29 is 0. */
 NPXLATE_API int32_t li_md_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
 NPXLATE_API int32_t li_md_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 NPXLATE_API int32_t li_md_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Platform table ---- */
+/* ---- Platform table: table 46 ---- */
 
 /* Platform table, table 46. Key: 5 bytes to 5: L0-3 big-endian, then L4. Result: 83 bytes to 32, in one of three
  * layouts: 1 when L0.0 or L3.1 is set; otherwise 3 when of L0.3, L0.4 and L0.5 only L0.5 is set; otherwise 2. Read back

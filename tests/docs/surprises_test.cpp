@@ -52,16 +52,21 @@ TEST(Surprises, EveryTableWithTranslatorsOfItsOwnHasAnEntry) {
     for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
         const std::string text = section("### Table " + std::to_string(table) + ":");
         EXPECT_EQ(!text.empty(), has_its_own(table)) << "table " << table;
+        if (has_its_own(table)) {
+            const std::string heading =
+                "### Table " + std::to_string(table) + ": " + std::string{catalogue::title_of_table(table)} + "\n";
+            EXPECT_NE(page().find(heading), std::string::npos) << heading;
+        }
         EXPECT_EQ(text.empty(), text.find(" - ") == std::string::npos) << "table " << table;
     }
 }
 
 TEST(Surprises, EveryTraitIsNamedInItsTablesEntry) {
     const std::map<Trait, std::string> phrases{
-        {Trait::changes_input, "changes its input"},
-        {Trait::keeps_buffer, "does not clear the whole record"},
-        {Trait::takes_type, "takes a fourth argument, a pointer to the entry type"},
-        {Trait::takes_key, "takes a fourth argument, the logical key of the entry"},
+        {Trait::changes_input, std::string{catalogue::words(Trait::changes_input)}},
+        {Trait::keeps_buffer, std::string{catalogue::words(Trait::keeps_buffer)}},
+        {Trait::takes_type, std::string{catalogue::words(Trait::takes_type)}},
+        {Trait::takes_key, std::string{catalogue::words(Trait::takes_key)}},
         {Trait::rejects_records, "eturns `NPXLATE_"},
         {Trait::hides_failures, "the out-length was not stored"},
     };

@@ -17,7 +17,7 @@ diff <(echo "$commands") <(echo "$documented") ||
 
 # complete WORD...: what bash offers for the last word.
 complete_words() {
-    bash -c '. "$1"; shift
+    COMP_TYPE=${COMP_TYPE-} bash -c '. "$1"; shift
         COMP_WORDS=("$@"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
         _npxlate; printf "%s\n" "${COMPREPLY[@]}"' bash "$packaging/completions/npxlate" "$@"
 }
@@ -39,6 +39,7 @@ if complete_words npxlate result span_ | grep -v '^span_' >/dev/null; then
     echo "Completes to what does not start with span_." >&2
     exit 1
 fi
+COMP_TYPE=63 offers "22  SPAN forwarding" npxlate result 2
 if command -v zsh >/dev/null; then
     zsh -n "$packaging/completions/_npxlate"
 fi

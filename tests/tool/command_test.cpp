@@ -326,6 +326,8 @@ TEST(Tables, ListsEveryTableWithin80Columns) {
         rows += std::regex_match(line, of_table) ? 1 : 0;
     }
     EXPECT_EQ(rows, 3U * NPXLATE_TABLE_COUNT);
+    EXPECT_NE(outcome.out.find("\n   22  SPAN forwarding\n   22  key     span_fwd_st_xlate_key "), std::string::npos);
+    EXPECT_NE(outcome.out.find("\n    -  modulo\n    -  key     modulo_xlate_key "), std::string::npos);
     EXPECT_TRUE(std::regex_search(outcome.out, std::regex{"\n +8  result  lag_type_xlate_result +14 +16\n"}));
     EXPECT_TRUE(std::regex_search(outcome.out, std::regex{"\n +-  result  modulo_xlate_result +8 +16\n"}));
 }
@@ -335,6 +337,8 @@ TEST(Tables, ListsThemAsJson) {
     ASSERT_EQ(tables["tables"].size(), std::size_t{NPXLATE_TABLE_COUNT});
     const json& vrrp = tables["tables"][17];
     EXPECT_EQ(vrrp["table"], 17);
+    EXPECT_EQ(vrrp["title"], "VRRP virtual MAC address");
+    EXPECT_EQ(vrrp["key"]["title"], "VRRP virtual MAC address");
     EXPECT_EQ(vrrp["key"]["name"], "vrrp_vmac_entry_st_xlate_key");
     EXPECT_EQ(vrrp["result"]["name"], "vrrp_vmac_entry_st_xlate_result");
     EXPECT_EQ(vrrp["reverse"]["name"], "vrrp_logical_xlate_result");

@@ -22,17 +22,6 @@ using catalogue::Translator;
 
 constexpr Role roles[] = {Role::key, Role::result, Role::reverse};
 
-constexpr std::pair<Trait, const char*> trait_names[] = {
-    {Trait::changes_input, "changes_input"},
-    {Trait::keeps_length, "keeps_length"},
-    {Trait::keeps_buffer, "keeps_buffer"},
-    {Trait::takes_type, "takes_type"},
-    {Trait::takes_key, "takes_key"},
-    {Trait::checks_length, "checks_length"},
-    {Trait::rejects_records, "rejects_records"},
-    {Trait::hides_failures, "hides_failures"},
-};
-
 std::string numbers(const Lengths& lengths) {
     return lengths.fixed() ? fmt::format("{}", lengths.most) : fmt::format("{}-{}", lengths.least, lengths.most);
 }
@@ -41,12 +30,13 @@ Json to_json(const Lengths& lengths) { return {{"least", lengths.least}, {"most"
 
 Json to_json(const Translator& translator) {
     Json traits = Json::array();
-    for (const auto& [trait, name] : trait_names) {
+    for (const Trait trait : catalogue::all_traits) {
         if (translator.has(trait)) {
-            traits.push_back(name);
+            traits.push_back(catalogue::to_string(trait));
         }
     }
     return {{"name", translator.name},
+            {"title", catalogue::title(translator)},
             {"family", translator.family},
             {"logical", to_json(translator.logical)},
             {"physical", to_json(translator.physical)},
@@ -56,7 +46,7 @@ Json to_json(const Translator& translator) {
 Json as_json() {
     Json tables = Json::array();
     for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
-        Json entry{{"table", table}};
+        Json entry{{"table", table}, {"title", catalogue::title_of_table(table)}};
         for (const Role role : roles) {
             entry[std::string{catalogue::to_string(role)}] = to_json(catalogue::of_table(table, role));
         }
@@ -83,15 +73,23 @@ std::string as_text() {
     std::string text =
         fmt::format(heading, "{:>5}  {:<8}{:<46}{:>7} {:>8}\n", "table", "role", "translator", "logical", "physical");
     for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        text += fmt::format(heading, "{:>5}  {}\n", table, catalogue::title_of_table(table));
         for (const Role role : roles) {
             text += row(std::to_string(table), catalogue::of_table(table, role));
         }
     }
     text += fmt::format(heading, "\nReached by name only\n");
+    std::string last_title;
     for (const Translator& translator : catalogue::translators()) {
-        if (catalogue::tables_of(translator).empty()) {
-            text += row("-", translator);
+        if (!catalogue::tables_of(translator).empty()) {
+            continue;
         }
+        const std::string title = catalogue::title(translator);
+        if (title != last_title) {
+            text += fmt::format(heading, "{:>5}  {}\n", "-", title);
+            last_title = title;
+        }
+        text += row("-", translator);
     }
     return text;
 }
@@ -99,8 +97,8 @@ std::string as_text() {
 }  // namespace
 
 void add_tables(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("tables", "List the tables, their translators and record sizes");
-    command->footer("Sizes are in bytes.\nExample: npxlate tables | grep adjacency");
+    CLI::App* const command = app.add_subcommand("tables", "List the tables: titles, translators, record sizes");
+    command->footer("Sizes are in bytes.\nExample: npxlate tables | grep -i span");
     const auto json = std::make_shared<bool>(false);
     command->add_flag("--json", *json, "As JSON");
     command->callback([json] {

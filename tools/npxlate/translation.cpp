@@ -37,19 +37,6 @@ std::size_t key_length(const Translator& translator) {
 // The key of an Ethernet segment, whose record is the shorter one.
 bool is_ethernet_segment(const Bytes& key) { return key.back() == 0xff; }
 
-std::string_view status_meaning(std::int32_t status) {
-    switch (status) {
-        case NPXLATE_INVALID:
-            return "a length or a type that the table does not take";
-        case NPXLATE_OUT_OF_RANGE:
-            return "more than 4 segment identifiers";
-        case NPXLATE_NOT_SUPPORTED:
-            return "a combination of flags that the table does not take";
-        default:
-            return "not a status of this library";
-    }
-}
-
 }  // namespace
 
 void check_argument(const Translator& translator, const FourthArgument& argument, std::string_view type_name,
@@ -141,22 +128,7 @@ std::string rejection(const Translator& translator, const Reply& reply) {
                            translator.name);
     }
     return fmt::format("{} returned {} ({}): {}", translator.name, reply.status, status_name(reply.status),
-                       status_meaning(reply.status));
-}
-
-std::string_view status_name(std::int32_t status) {
-    switch (status) {
-        case NPXLATE_OK:
-            return "NPXLATE_OK";
-        case NPXLATE_INVALID:
-            return "NPXLATE_INVALID";
-        case NPXLATE_OUT_OF_RANGE:
-            return "NPXLATE_OUT_OF_RANGE";
-        case NPXLATE_NOT_SUPPORTED:
-            return "NPXLATE_NOT_SUPPORTED";
-        default:
-            return "unknown";
-    }
+                       catalogue::status_words(reply.status));
 }
 
 }  // namespace tool

@@ -48,7 +48,6 @@ Reply translate(const catalogue::Translator& translator, std::uint8_t* in, std::
 // Why a record was not translated.
 std::string rejection(const catalogue::Translator& translator, const Reply& reply);
 
-// "NPXLATE_OK" and so on.
-std::string_view status_name(std::int32_t status);
+using catalogue::status_name;
 
 }  // namespace tool
