@@ -1,8 +1,12 @@
 // Multicast encapsulation, types 2, 3 and 4 of table 52; and table 52 itself, which hands its types 1 and 5 on to MLC.
 
 #include "frame/helpers.h"
+#include "frame/within.h"
 
 using namespace npxlate;
+
+NPXLATE_CALLS_WITHIN(ipmc_mlc_key_xlate)
+NPXLATE_CALLS_WITHIN(ipmc_mlc_res_xlate)
 
 namespace {
 
@@ -94,7 +98,7 @@ std::int32_t ipmc_mofrr_mvpn_key_xlate(const void* logical, std::int32_t logical
     switch (type_of(logical)) {
         case 1:
         case 5:
-            return ipmc_mlc_key_xlate(logical, logical_length, physical, physical_length);
+            return NPXLATE_WITHIN(ipmc_mlc_key_xlate)(logical, logical_length, physical, physical_length);
         case 2:
         case 3:
         case 4:
@@ -109,7 +113,7 @@ std::int32_t ipmc_mofrr_mvpn_res_xlate(const void* logical, std::int32_t logical
     switch (type_of(logical)) {
         case 1:
         case 5:
-            return ipmc_mlc_res_xlate(logical, logical_length, physical, physical_length);
+            return NPXLATE_WITHIN(ipmc_mlc_res_xlate)(logical, logical_length, physical, physical_length);
         case 2:
         case 3:
         case 4:
