@@ -1,6 +1,7 @@
 // MLC, types 1 and 5 of table 52. Read back by table 52's reverse.
 
 #include "frame/helpers.h"
+#include "frame/within.h"
 
 using namespace npxlate;
 
@@ -30,3 +31,6 @@ std::int32_t ipmc_mlc_key_xlate(const void* logical, std::int32_t, void* physica
 std::int32_t ipmc_mlc_res_xlate(const void* logical, std::int32_t, void* physical, std::uint32_t* physical_length) {
     return place_only<result, logical_size, physical_size>(logical, physical, physical_length);
 }
+
+NPXLATE_CALLED_WITHIN(ipmc_mlc_key_xlate)
+NPXLATE_CALLED_WITHIN(ipmc_mlc_res_xlate)

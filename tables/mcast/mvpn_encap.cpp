@@ -1,8 +1,12 @@
 // Multicast encapsulation, types 2, 3 and 4 of table 52; and table 52 itself, which hands its types 1 and 5 on to MLC.
 
 #include "frame/helpers.h"
+#include "frame/within.h"
 
 using namespace npxlate;
+
+NPXLATE_CALLS_WITHIN(ipmc_mlc_key_xlate)
+NPXLATE_CALLS_WITHIN(ipmc_mlc_res_xlate)
 
 namespace {
 
@@ -92,7 +96,7 @@ std::int32_t ipmc_mofrr_mvpn_key_xlate(const void* logical, std::int32_t logical
                                        std::uint32_t* physical_length) {
     const Number type = type_of(logical);
     if (type == 1 || type == 5) {
-        return ipmc_mlc_key_xlate(logical, logical_length, physical, physical_length);
+        return NPXLATE_WITHIN(ipmc_mlc_key_xlate)(logical, logical_length, physical, physical_length);
     }
     if (type >= 2 && type <= 4) {
         return ipmc_encap_info_key_xlate(logical, logical_length, physical, physical_length);
@@ -104,7 +108,7 @@ std::int32_t ipmc_mofrr_mvpn_res_xlate(const void* logical, std::int32_t logical
                                        std::uint32_t* physical_length) {
     const Number type = type_of(logical);
     if (type == 1 || type == 5) {
-        return ipmc_mlc_res_xlate(logical, logical_length, physical, physical_length);
+        return NPXLATE_WITHIN(ipmc_mlc_res_xlate)(logical, logical_length, physical, physical_length);
     }
     if (type >= 2 && type <= 4) {
         return mvpn_encap_info_res_xlate(logical, logical_length, physical, physical_length);

@@ -2,8 +2,16 @@
 // CFM entries too: an entry of that type goes to the CFM translators as it is.
 
 #include "frame/helpers.h"
+#include "frame/within.h"
 
 using namespace npxlate;
+
+NPXLATE_CALLS_WITHIN(cfm_hwo_xlate_tx_result)
+NPXLATE_CALLS_WITHIN(cfm_logical_hwo_xlate_tx_result)
+NPXLATE_CALLS_WITHIN(cfm_hwo_xlate_tx2_result)
+NPXLATE_CALLS_WITHIN(cfm_logical_hwo_xlate_tx2_result)
+NPXLATE_CALLS_WITHIN(cfm_hwo_xlate_rx_result)
+NPXLATE_CALLS_WITHIN(cfm_logical_hwo_xlate_rx_result)
 
 namespace {
 
@@ -142,7 +150,7 @@ std::int32_t bfd_hw_offload_xlate_encap_result(const void* logical, std::int32_t
                                                std::uint32_t* physical_length) {
     const LogicalSource<encapsulation_size> in{logical};
     if (in.bits(L(32, 7, 4)) == cfm_type) {
-        return cfm_hwo_xlate_tx_result(logical, logical_length, physical, physical_length);
+        return NPXLATE_WITHIN(cfm_hwo_xlate_tx_result)(logical, logical_length, physical, physical_length);
     }
     PhysicalRecord<encapsulation_size> out;
     place<header>(out, in);
@@ -154,7 +162,7 @@ std::int32_t bfd_logical_hw_offload_xlate_encp_result(const void* physical, std:
                                                       void* logical) {
     const PhysicalSource<encapsulation_size> in{physical};
     if (in.bits(P(32, 7, 4)) == cfm_type) {
-        return cfm_logical_hwo_xlate_tx_result(physical, physical_length, logical);
+        return NPXLATE_WITHIN(cfm_logical_hwo_xlate_tx_result)(physical, physical_length, logical);
     }
     LogicalRecord<encapsulation_size> out;
     place<restored_header>(out, in);
@@ -166,7 +174,7 @@ std::int32_t bfd_hw_offload_xlate_payload_result(const void* logical, std::int32
                                                  std::uint32_t* physical_length) {
     const LogicalSource<payload_size> in{logical};
     if (in.bits(L(2, 3, 0)) == cfm_type) {
-        return cfm_hwo_xlate_tx2_result(logical, logical_length, physical, physical_length);
+        return NPXLATE_WITHIN(cfm_hwo_xlate_tx2_result)(logical, logical_length, physical, physical_length);
     }
     PhysicalRecord<payload_size> out;
     place<header>(out, in);
@@ -184,7 +192,7 @@ std::int32_t bfd_logical_hw_offload_xlate_payload_result(const void* physical, s
                                                          void* logical) {
     const PhysicalSource<payload_size> in{physical};
     if (in.bits(P(2, 3, 0)) == cfm_type) {
-        return cfm_logical_hwo_xlate_tx2_result(physical, physical_length, logical);
+        return NPXLATE_WITHIN(cfm_logical_hwo_xlate_tx2_result)(physical, physical_length, logical);
     }
     LogicalRecord<payload_size> out;
     place<restored_header>(out, in);
@@ -212,7 +220,7 @@ std::int32_t bfd_hw_offload_xlate_rx_result(const void* logical, std::int32_t lo
     const LogicalSource<receive_size> in{logical};
     const Number type = in.byte(L(7));
     if (type == cfm_type) {
-        return cfm_hwo_xlate_rx_result(logical, logical_length, physical, physical_length);
+        return NPXLATE_WITHIN(cfm_hwo_xlate_rx_result)(logical, logical_length, physical, physical_length);
     }
     if (type == discriminator_type) {
         return bfd_disc_xlate_rx_result(logical, logical_length, physical, physical_length);
@@ -236,7 +244,7 @@ std::int32_t bfd_disc_xlate_rx_result(const void* logical, std::int32_t, void* p
 std::int32_t bfd_logical_hw_offload_xlate_rx_result(const void* physical, std::int32_t physical_length, void* logical) {
     const PhysicalSource<receive_size> in{physical};
     if (in.byte(P(7)) == cfm_type) {
-        return cfm_logical_hwo_xlate_rx_result(physical, physical_length, logical);
+        return NPXLATE_WITHIN(cfm_logical_hwo_xlate_rx_result)(physical, physical_length, logical);
     }
     LogicalRecord<receive_size> out;
     place<restored_header>(out, in);

@@ -2,6 +2,7 @@
 // table of their own: they are translated by name, and by the BFD translators, in whose tables they stand.
 
 #include "frame/helpers.h"
+#include "frame/within.h"
 
 using namespace npxlate;
 
@@ -154,3 +155,10 @@ std::int32_t cfm_hwo_xlate_rx_result(const void* logical, std::int32_t, void* ph
 std::int32_t cfm_logical_hwo_xlate_rx_result(const void* physical, std::int32_t, void* logical) {
     return place_only<restored_receive, receive_size, receive_size>(physical, logical);
 }
+
+NPXLATE_CALLED_WITHIN(cfm_hwo_xlate_tx_result)
+NPXLATE_CALLED_WITHIN(cfm_logical_hwo_xlate_tx_result)
+NPXLATE_CALLED_WITHIN(cfm_hwo_xlate_tx2_result)
+NPXLATE_CALLED_WITHIN(cfm_logical_hwo_xlate_tx2_result)
+NPXLATE_CALLED_WITHIN(cfm_hwo_xlate_rx_result)
+NPXLATE_CALLED_WITHIN(cfm_logical_hwo_xlate_rx_result)

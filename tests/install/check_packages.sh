@@ -10,14 +10,17 @@ mkdir -p "$work/alone"
 "$cpack" -G DEB --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/cpack.log" 2>&1 ||
     { cat "$work/cpack.log" >&2; exit 1; }
 
-packages=(libnpxlate1 libnpxlate-dev)
+packages=(libnpxlate1 libnpxlate-dev npxlate-doc)
 if [ "$with_tool" = ON ]; then
     packages+=(npxlate)
 fi
-diff <(printf "%s_1.0.0_$architecture.deb\n" "${packages[@]}" | sort) \
+package_file() {
+    local of=$architecture
+    [ "$1" != npxlate-doc ] || of=all
+    echo "$work/packages/$1_1.0.0_$of.deb"
+}
+diff <(for package in "${packages[@]}"; do basename "$(package_file "$package")"; done | sort) \
     <(cd "$work/packages" && ls -- *.deb | sort) || fail "Other packages than expected (< expected, > built)."
-
-package_file() { echo "$work/packages/$1_1.0.0_$architecture.deb"; }
 
 # check_field PACKAGE FIELD PATTERN
 check_field() {
@@ -31,10 +34,10 @@ for package in "${packages[@]}"; do
     dpkg-deb -x "$(package_file "$package")" "$work/unpacked"
     check_field "$package" Package "^$package\$"
     check_field "$package" Version '^1\.0\.0$'
-    check_field "$package" Architecture "^$architecture\$"
     check_field "$package" Maintainer '^npxlate maintainers <maintainers@npxlate\.example>$'
     check_field "$package" Description '^Translators between the logical and the physical records'
 done
+check_field libnpxlate1 Architecture "^$architecture\$"
 check_field libnpxlate1 Section '^libs$'
 check_field libnpxlate1 Depends '^libc6 \(>= [0-9.]+\)$'
 check_field libnpxlate-dev Section '^libdevel$'
@@ -42,17 +45,38 @@ check_field libnpxlate-dev Depends '^libnpxlate1 \(= 1\.0\.0\)$'
 dpkg-deb --ctrl-tarfile "$(package_file libnpxlate1)" | tar -xO ./shlibs | grep -x 'libnpxlate 1 libnpxlate1 (>= 1\.0\.0)' >/dev/null ||
     fail "libnpxlate1 does not say which package its soname is in."
 
-check_files "$work/alone/libnpxlate1/usr" $(library_files "$libdir")
-check_files "$work/alone/libnpxlate-dev/usr" $(development_files "$libdir" "$build_type")
+check_field npxlate-doc Architecture '^all$'
+check_field npxlate-doc Section '^doc$'
+if [[ $libdir == lib/*-* ]]; then
+    check_field libnpxlate1 Multi-Arch '^same$'
+    check_field libnpxlate-dev Multi-Arch '^same$'
+fi
+check_field npxlate-doc Multi-Arch '^foreign$'
+
+# Manual pages are compressed in a package.
+check_package() { # PACKAGE FILE...
+    check_files "$work/alone/$1/usr" $(package_files "$1") $(printf '%s\n' "${@:2}" | sed 's|^share/man/.*|&.gz|')
+}
+check_package libnpxlate1 $(library_files "$libdir")
+check_package libnpxlate-dev $(development_files "$libdir" "$build_type")
+check_package npxlate-doc $(documentation_files "$with_tool")
 
 pkg_config=(env "PKG_CONFIG_LIBDIR=$work/unpacked/usr/$libdir/pkgconfig" pkg-config)
 "$cc" -std=c11 "$examples/program.c" $("${pkg_config[@]}" --cflags --libs npxlate) -o "$work/program_c"
-check_output "$expected/program.c.txt" env "LD_LIBRARY_PATH=$work/unpacked/usr/$libdir" "$work/program_c"
+run=(env "LD_LIBRARY_PATH=$work/unpacked/usr/$libdir")  # unpacked, the library is not where the loader looks
+check_output "$expected/program.c.txt" "${run[@]}" "$work/program_c"
 
 if [ "$with_tool" = ON ]; then
     check_field npxlate Section '^net$'
     check_field npxlate Depends 'libnpxlate1 \(= 1\.0\.0\)'
     check_field npxlate Depends 'libstdc\+\+6 '
-    check_files "$work/alone/npxlate/usr" $(tool_files)
-    [ "$("$work/unpacked/usr/bin/npxlate" --version)" = "npxlate 1.0.0" ] || fail "The unpacked tool gives another version."
+    check_field npxlate Multi-Arch '^foreign$'
+    check_package npxlate $(tool_files)
+    [ "$("${run[@]}" "$work/unpacked/usr/bin/npxlate" --version)" = "npxlate 1.0.0" ] ||
+        fail "The unpacked tool gives another version."
+fi
+
+if command -v lintian >/dev/null; then
+    lintian --allow-root --fail-on error "$work/packages"/*.deb >"$work/lintian.log" 2>&1 ||
+        { cat "$work/lintian.log" >&2; fail "lintian finds errors."; }
 fi

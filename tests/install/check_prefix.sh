@@ -8,7 +8,7 @@ rm -rf "$work"
 mkdir -p "$work"
 cmake --install "$build" --prefix "$work/first" >/dev/null
 
-files=($(library_files "$libdir") $(development_files "$libdir" "$build_type"))
+files=($(library_files "$libdir") $(development_files "$libdir" "$build_type") $(documentation_files "$with_tool"))
 if [ "$with_tool" = ON ]; then
     files+=($(tool_files))
 fi
@@ -23,6 +23,8 @@ cmake -S "$here/caller" -B "$work/caller" -DCMAKE_PREFIX_PATH="$prefix" -DEXAMPL
 cmake --build "$work/caller" >"$work/cmake.log" 2>&1 || { cat "$work/cmake.log" >&2; exit 1; }
 check_output "$expected/program.c.txt" "$work/caller/program_c"
 check_output "$expected/program.cpp.txt" "$work/caller/program_cpp"
+check_output "$expected/program.c.txt" "$work/caller/program_static"
+! ldd "$work/caller/program_static" | grep npxlate || fail "The program that is linked statically needs the shared library."
 
 # Another major version is not this library.
 mkdir -p "$work/other"
@@ -42,6 +44,11 @@ eval "$cxx -std=c++17 '$examples/program.cpp' $(pkg-config --cflags --libs npxla
 export LD_LIBRARY_PATH="$prefix/$libdir"
 check_output "$expected/program.c.txt" "$work/program_c"
 check_output "$expected/program.cpp.txt" "$work/program_cpp"
+# All of it static: what is needed besides is in the file as well.
+mv "$prefix/$libdir/libnpxlate.so" "$work/aside"
+eval "$cc -std=c11 '$examples/program.c' $(pkg-config --static --cflags --libs npxlate) -o '$work/program_static'"
+mv "$work/aside" "$prefix/$libdir/libnpxlate.so"
+check_output "$expected/program.c.txt" env -u LD_LIBRARY_PATH "$work/program_static"
 check_output "$expected/program.py.txt" python3 "$prefix/share/doc/npxlate/examples/program.py"
 unset LD_LIBRARY_PATH
 

@@ -5,7 +5,8 @@ export LC_ALL=C
 unset CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH npxlate_DIR
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-examples=$here/../../examples
+sources=$(cd "$here/../.." && pwd)
+examples=$sources/examples
 expected=$here/../examples
 
 fail() {
@@ -33,14 +34,32 @@ library_files() { # LIBDIR
 }
 
 development_files() { # LIBDIR, BUILD_TYPE in lower case
-    printf '%s\n' include/npxlate/npxlate.h "$1/libnpxlate.so" "$1/pkgconfig/npxlate.pc" share/man/man3/npxlate.3 \
-        "$1"/cmake/npxlate/npxlate-config{,-version,-"$2"}.cmake \
-        share/doc/npxlate/{contract,debugging,surprises}.md \
+    local header
+    for header in "$sources"/include/npxlate/*.h; do
+        echo "include/npxlate/${header##*/}"
+    done
+    printf '%s\n' "$1/libnpxlate.so" "$1/libnpxlate.a" "$1/pkgconfig/npxlate.pc" share/man/man3/npxlate.3 \
+        "$1"/cmake/npxlate/npxlate-{config,config-version,targets,targets-"$2"}.cmake
+}
+
+documentation_files() { # WITH_TOOL
+    printf '%s\n' share/doc/npxlate/{contract,debugging,surprises}.md \
         share/doc/npxlate/examples/{entries.jsonl,program.c,program.cpp,program.py}
+    if [ "$1" = ON ]; then
+        echo share/doc/npxlate/npxlate-atlas.html
+    fi
+    if [ -e "$sources/LICENSE" ]; then
+        echo share/doc/npxlate/LICENSE
+    fi
 }
 
 tool_files() {
-    printf '%s\n' bin/npxlate share/doc/npxlate/npxlate-atlas.html share/man/man1/npxlate.1 \
+    printf '%s\n' bin/npxlate share/man/man1/npxlate.1 \
         share/bash-completion/completions/npxlate \
         share/zsh/site-functions/_npxlate
+}
+
+# What every Debian package of that name has besides.
+package_files() { # PACKAGE
+    printf '%s\n' "share/doc/$1/copyright" "share/doc/$1/changelog.gz"
 }

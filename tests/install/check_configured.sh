@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Configuring, as it goes for people who miss something or want it their way: check_configured.sh WORK CC CXX
+. "$(dirname "$0")/common.sh"
+
+work=$1 cc=$2 cxx=$3
+rm -rf "$work"
+mkdir -p "$work"
+
+# configure NAME, options of CMake: what CMake says is in WORK/NAME.log
+configure() {
+    cmake -S "$sources" -B "$work/$1" -G Ninja -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" "${@:2}" \
+        >"$work/$1.log" 2>&1
+}
+says() { # NAME TEXT: however CMake breaks the line
+    tr -s ' \n' '  ' <"$work/$1.log" | grep -F -e "$2" >/dev/null || { cat "$work/$1.log" >&2; fail "$1: does not say \"$2\"."; }
+}
+compiles_with() { # NAME FLAG
+    grep -e " $2 .*tables/route/ip_leaf.cpp" "$work/$1/compile_commands.json" >/dev/null || fail "$1: not compiled with $2."
+}
+
+# A library of the tool's is missing: it is named, with its package, and the library is built.
+missing=(-DCMAKE_DISABLE_FIND_PACKAGE_fmt=ON -DCMAKE_DISABLE_FIND_PACKAGE_simdjson=ON)
+configure missing "${missing[@]}" || { cat "$work/missing.log" >&2; fail "Missing libraries of the tool are fatal."; }
+says missing 'libraries that are not there: fmt, simdjson.'
+says missing 'apt-get install libfmt-dev libsimdjson-dev'
+grep -q 'libnpxlate\.so' "$work/missing/build.ninja" || fail "The library is not built without the tool's libraries."
+! grep -q 'npxlate_tool' "$work/missing/build.ninja" || fail "The tool is built without its libraries."
+
+# Asked for, the tool must not be left out.
+! configure asked -DNPXLATE_TOOL=ON "${missing[@]}" || fail "-DNPXLATE_TOOL=ON is content without the tool's libraries."
+says asked 'apt-get install libfmt-dev libsimdjson-dev'
+
+# As it ships, unless the builder wants it otherwise.
+configure plain -DNPXLATE_TOOL=OFF || { cat "$work/plain.log" >&2; fail "Does not configure."; }
+compiles_with plain '-O2 -DNDEBUG'
+compiles_with plain '-fPIC'
+configure own -DNPXLATE_TOOL=OFF -DCMAKE_CXX_FLAGS_RELEASE="-O3 -march=native" -DBUILD_SHARED_LIBS=OFF \
+    -DCMAKE_CXX_STANDARD=23 -DCMAKE_INSTALL_LIBDIR=libraries -DCMAKE_INSTALL_INCLUDEDIR=/elsewhere/include ||
+    { cat "$work/own.log" >&2; fail "Does not configure to the builder's settings."; }
+compiles_with own '-O3 -march=native'
+compiles_with own '-std=c++2[3b]'
+! grep -q 'libnpxlate\.so' "$work/own/build.ninja" || fail "BUILD_SHARED_LIBS=OFF makes a shared library."
+! grep -q -e ' -fPIC .*ip_leaf.cpp' "$work/own/compile_commands.json" || fail "Position-independent without need."
+grep -q '/libraries' "$work/own/packaging/cmake_install.cmake" || fail "Installs into another folder than CMAKE_INSTALL_LIBDIR."
+grep -q '"/elsewhere/include' "$work/own/packaging/cmake_install.cmake" || fail "Installs headers elsewhere than CMAKE_INSTALL_INCLUDEDIR."
+configure debug -DNPXLATE_TOOL=OFF -DCMAKE_BUILD_TYPE=Debug -DCMAKE_POSITION_INDEPENDENT_CODE=ON -DBUILD_SHARED_LIBS=OFF ||
+    { cat "$work/debug.log" >&2; fail "Does not configure for a debugger."; }
+! grep -q -e '-O2' "$work/debug/compile_commands.json" || fail "A Debug build is optimised."
+compiles_with debug '-fPIC'
