@@ -38,7 +38,7 @@ void translate_as_batch(std::string_view text) {
     static const std::string path = "/proc/self/fd/" + std::to_string(file);
     require(ftruncate(file, 0) == 0 && pwrite(file, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()),
             "the batch cannot be written");
-    tool::InputStream input{path};
+    io::InputStream input{path};
     tool::Output output{"/dev/null"};
     tool::Progress progress{false, {}};
     try {

@@ -1,13 +1,13 @@
-#include "npxlate/hex.h"
+#include "io/hex.h"
 
 #include <algorithm>
 #include <array>
 
 #include <fmt/format.h>
 
-#include "npxlate/error.h"
+#include "io/error.h"
 
-namespace tool {
+namespace io {
 namespace {
 
 constexpr std::uint8_t no_digit = 0xff;
@@ -100,4 +100,4 @@ std::string to_hex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-}  // namespace tool
+}  // namespace io

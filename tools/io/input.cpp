@@ -1,6 +1,7 @@
-#include "npxlate/stream.h"
+#include "io/input.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,9 +11,15 @@
 
 #include <fmt/format.h>
 
-#include "npxlate/error.h"
+#include "io/error.h"
 
-namespace tool {
+namespace io {
+namespace {
+
+// Some editors put it before text in UTF-8.
+constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
+
+}  // namespace
 
 InputStream::InputStream(const std::string& path)
     : name_{path == "-" ? "standard input" : path},
@@ -34,7 +41,10 @@ std::size_t InputStream::read(char* to, std::size_t room) {
         if (count >= 0) {
             return static_cast<std::size_t>(count);
         }
-        if (errno != EINTR) {
+        if (errno == EAGAIN) {
+            pollfd ready{descriptor_, POLLIN, 0};
+            static_cast<void>(::poll(&ready, 1, -1));
+        } else if (errno != EINTR) {
             throw WrongInput{fmt::format("cannot read {}: {}", name_, std::generic_category().message(errno))};
         }
     }
@@ -67,7 +77,7 @@ bool InputStream::is(const std::string& path) const {
            mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
 }
 
-LineReader::LineReader(InputStream& input, std::size_t padding) : input_{input}, buffer_(longest_line + padding) {}
+LineReader::LineReader(InputStream& input) : input_{input}, buffer_(longest_line) {}
 
 bool LineReader::read_more() {
     std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
@@ -79,6 +89,12 @@ bool LineReader::read_more() {
 }
 
 LineReader::Got LineReader::next(std::string_view& line) {
+    if (at_start_) {
+        at_start_ = false;
+        while (end_ < byte_order_mark.size() && read_more()) {
+        }
+        begin_ = std::string_view{buffer_.data(), end_}.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
+    }
     bool too_long = false;
     while (true) {
         const std::string_view rest{buffer_.data() + begin_, end_ - begin_};
@@ -92,11 +108,11 @@ LineReader::Got LineReader::next(std::string_view& line) {
             begin_ = end_;
         }
         if (!read_more()) {
-            line = {buffer_.data(), end_};
+            line = {buffer_.data() + begin_, end_ - begin_};
             begin_ = end_;
             return too_long ? Got::too_long : line.empty() ? Got::end : Got::line;
         }
     }
 }
 
-}  // namespace tool
+}  // namespace io
