@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -16,6 +17,13 @@ using Bytes = std::vector<std::uint8_t>;
 Bytes parse_hex(std::string_view text);
 // The same, in place of what the bytes were.
 void parse_hex(std::string_view text, Bytes& bytes);
+
+// The value of a digit; nothing if it is none.
+std::optional<std::uint8_t> hex_digit(char c);
+
+// For messages: where a character stands, as a person counts, and which it is.
+std::string place_in(std::string_view text, std::size_t at);
+std::string shown_character(char c);
 
 // Two lower-case digits a byte, nothing between them.
 std::string to_hex(std::span<const std::uint8_t> bytes);

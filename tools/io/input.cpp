@@ -22,7 +22,9 @@ constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
 }  // namespace
 
 InputStream::InputStream(const std::string& path)
-    : name_{path == "-" ? "standard input" : path},
+    : name_{path == "-"    ? "standard input"
+            : path.empty() ? "\"\""
+                           : path},
       descriptor_{path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)} {
     if (descriptor_ < 0) {
         throw WrongInput{fmt::format("cannot read {}: {}", name_, std::generic_category().message(errno))};
@@ -50,6 +52,12 @@ std::size_t InputStream::read(char* to, std::size_t room) {
     }
 }
 
+std::string InputStream::read_all(std::size_t most) {
+    std::string text(most + 1, '\0');
+    text.resize(fill(text.data(), text.size()));
+    return text;
+}
+
 std::size_t InputStream::fill(char* to, std::size_t room) {
     std::size_t filled = 0;
     while (filled < room) {
@@ -69,6 +77,8 @@ std::optional<std::uint64_t> InputStream::size() const {
     }
     return static_cast<std::uint64_t>(status.st_size);
 }
+
+bool InputStream::is_terminal() const { return ::isatty(descriptor_) == 1; }
 
 bool InputStream::is(const std::string& path) const {
     struct stat mine {};
