@@ -49,10 +49,10 @@ TEST(JsonLines, AreTranslatedInOrder) {
         "{\"table\":\"mpls_leaf_st_xlate_key\",\"key\":\"01 02 03 04 01\"}\n"
         "{\"result\":\"0xaa:0xbb:0xcc\",\"table\":121}\n");
     EXPECT_EQ(outcome.out,
-              "{\"table\":17,\"key\":\"0605040302010708\",\"result\":\"1100010001020304\"}\n"
+              "{\"table\":17,\"physical_key\":\"0605040302010708\",\"physical_result\":\"1100010001020304\"}\n"
               "{\"table\":17,\"logical_result\":\"0000000001020304\"}\n"
-              "{\"table\":\"mpls_leaf_st_xlate_key\",\"key\":\"010213\"}\n"
-              "{\"result\":\"11aabbcc\",\"table\":121}\n");
+              "{\"table\":\"mpls_leaf_st_xlate_key\",\"physical_key\":\"010213\"}\n"
+              "{\"physical_result\":\"11aabbcc\",\"table\":121}\n");
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.status, 0);
 }
@@ -62,11 +62,38 @@ TEST(JsonLines, KeepOtherMembersToTheLetter) {
         "{ \"id\" : 1.10 , \"a\\\"b\": \"\xc3\xa9\\u0041\", \"table\": 17,\"key\":\"0102030405060708\", "
         "\"x\":{\"key\": "
         "[1, 2e3]}, \"x\":null,\"type\":\"any\" }\n");
-    EXPECT_EQ(
-        outcome.out,
-        "{\"id\":1.10,\"a\\\"b\":\"\xc3\xa9\\u0041\",\"table\":17,\"key\":\"0605040302010708\",\"x\":{\"key\": [1, "
-        "2e3]},\"x\":null,\"type\":\"any\"}\n");
+    EXPECT_EQ(outcome.out,
+              "{\"id\":1.10,\"a\\\"b\":\"\xc3\xa9\\u0041\",\"table\":17,\"physical_key\":\"0605040302010708\",\"x\":{"
+              "\"key\": "
+              "[1, "
+              "2e3]},\"x\":null,\"type\":\"any\"}\n");
     EXPECT_EQ(outcome.err, "");
+}
+
+// What was translated is read back as it is, and then there is nothing more to do.
+TEST(JsonLines, OfABatchAreInputOfTheNext) {
+    const Outcome there = batch("{\"table\":17,\"key\":\"0102030405060708\",\"result\":\"0000000001020304\"}\n");
+    const Outcome back = batch(there.out);
+    EXPECT_EQ(back.out,
+              "{\"table\":17,\"physical_key\":\"0605040302010708\",\"logical_result\":\"0000000001020304\"}\n");
+    EXPECT_EQ(back.status, 0);
+    const Outcome again = batch(back.out);
+    EXPECT_EQ(again.out, "");
+    EXPECT_EQ(again.status, 1);
+    // A logical record is translated, whatever physical one stands beside it.
+    EXPECT_EQ(batch("{\"table\":17,\"physical_result\":\"00\",\"key\":\"0102030405060708\"}\n").out,
+              "{\"table\":17,\"physical_result\":\"00\",\"physical_key\":\"0605040302010708\"}\n");
+}
+
+TEST(JsonLines, MayHaveEscapesAndNumbersOfAnySizeAndAByteOrderMark) {
+    const Outcome outcome = batch(
+        "\xef\xbb\xbf{\"\\u0074able\":\"\\u00317\",\"r\\u0065sult\":\"000000\\u0030001020304\",\"n\":1e400}\n"
+        "{\"table\":17,\"result\":\"0000000001020304\",\"n\":18446744073709551616}\n");
+    EXPECT_EQ(outcome.out,
+              "{\"\\u0074able\":\"\\u00317\",\"physical_result\":\"1100010001020304\",\"n\":1e400}\n"
+              "{\"table\":17,\"physical_result\":\"1100010001020304\",\"n\":18446744073709551616}\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(JsonLines, MayBeEmptyOrEndInAnyWay) {
@@ -76,7 +103,8 @@ TEST(JsonLines, MayBeEmptyOrEndInAnyWay) {
         "\n{\"table\":17,\"result\":\"0000000001020304\"}\r\n \t\r\n\r\n{\"table\":17,\"result\":\"00\\n00\\r\\n0000 "
         "05060708\"}");
     EXPECT_EQ(outcome.out,
-              "{\"table\":17,\"result\":\"1100010001020304\"}\n{\"table\":17,\"result\":\"1100010005060708\"}\n");
+              "{\"table\":17,\"physical_result\":\"1100010001020304\"}\n"
+              "{\"table\":17,\"physical_result\":\"1100010005060708\"}\n");
     EXPECT_EQ(outcome.err, "");
 }
 
@@ -94,7 +122,8 @@ TEST(JsonLines, ThatAreWrongAreReportedAndTheRestGoesOn) {
     const Outcome outcome = batch(R"({"table":17,"result":")" + zeros(8) +
                                   "\"}\n\nnonsense\n{\"table\":17,\"result\":\"" + zeros(8) + "\"}\n");
     EXPECT_EQ(outcome.out,
-              "{\"table\":17,\"result\":\"1100010000000000\"}\n{\"table\":17,\"result\":\"1100010000000000\"}\n");
+              "{\"table\":17,\"physical_result\":\"1100010000000000\"}\n"
+              "{\"table\":17,\"physical_result\":\"1100010000000000\"}\n");
     EXPECT_TRUE(outcome.err.starts_with("npxlate: error: line 3: bad JSON: ")) << outcome.err;
     EXPECT_TRUE(outcome.err.ends_with("\nnpxlate: error: not translated: 1 of 3 entries\n")) << outcome.err;
     EXPECT_EQ(outcome.status, 1);
@@ -107,7 +136,9 @@ struct WrongLine {
 
 TEST(JsonLines, SayWhatIsWrong) {
     const std::vector<WrongLine> wrong{
-        {"[1]", R"(expected an entry, {"table": ..., "key": ..., "result": ...})"},
+        {"[1]",
+         R"(expected an entry, {"table": ..., "key": ..., "result": ...}, found an array (jq -c '.[]' writes its )"
+         "entries one a line)"},
         {"3", R"(expected an entry, {"table": ..., "key": ..., "result": ...})"},
         {R"({"key":"00"})", "expected \"table\", a table id or a translator's name"},
         {R"({"table":1})", R"(expected "key", "result" or "physical_result")"},
@@ -129,8 +160,11 @@ TEST(JsonLines, SayWhatIsWrong) {
          "vrrp_vmac_entry_st_xlate_key takes a logical record of 8 bytes, but 1 byte came"},
         {R"({"table":1,"key":"00","key":"00"})", "expected one \"key\", found another"},
         {R"({"table":1,"table":2,"key":"00"})", "expected one \"table\", found another"},
-        {R"({"table":1,"key":"00","physical_result":"00"})",
-         R"(expected either "physical_result" or "key" and "result", not both)"},
+        {R"({"table":1,"key":"00","physical_key":"00"})",
+         R"("physical_key" is there already, and "key" would be translated to it: expected one of them)"},
+        {R"({"table":1,"physical_result":"00","logical_result":"00"})",
+         R"("logical_result" is there already, and "physical_result" would be translated to it: expected one of them)"},
+        {R"({"table":1,"physical_key":"00"})", R"(expected "key", "result" or "physical_result")"},
         {R"({"table":52,"physical_result":")" + zeros(32) + "\"}",
          "ipmc_encap_logical_res_xlate needs the type of the entry: expected \"type\": N"},
         {R"({"table":52,"type":"x","physical_result":")" + zeros(32) + "\"}",
@@ -172,13 +206,12 @@ TEST(JsonLines, ThatAreNoJsonAreReported) {
         "\\",
         std::string("\0\0", 2),
         "\177ELF\x02\x01",
-        "\xef\xbb\xbf{}",
         R"({"table":1,"key":"00)",
         std::string(2000, '['),
     };
     for (const std::string& line : garbage) {
         const Outcome outcome = batch(line + "\n{\"table\":1,\"key\":\"0a\"}\n");
-        EXPECT_EQ(outcome.out, "{\"table\":1,\"key\":\"0a\"}\n") << line;
+        EXPECT_EQ(outcome.out, "{\"table\":1,\"physical_key\":\"0a\"}\n") << line;
         EXPECT_TRUE(outcome.err.starts_with("npxlate: error: line 1: bad JSON: ")) << line << "\n" << outcome.err;
         EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 2) << outcome.err;
         EXPECT_EQ(outcome.status, 1);
@@ -209,7 +242,8 @@ TEST(JsonLines, ReachTheTranslatorsOfEveryTable) {
                                                      physical_result.data(), &length),
                   0);
         physical_result.resize(length);
-        expected.push_back({{"table", table}, {"key", hex(physical_key)}, {"result", hex(physical_result)}});
+        expected.push_back(
+            {{"table", table}, {"physical_key", hex(physical_key)}, {"physical_result", hex(physical_result)}});
 
         const catalogue::Translator& reverse = catalogue::of_table(table, Role::reverse);
         if (reverse.has(Trait::takes_type) || reverse.has(Trait::takes_key)) {
@@ -241,7 +275,7 @@ TEST(JsonLines, MayBeMore) {
         const Bytes address{static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i >> 8), 1, 2};
         const Bytes turned{2, 1, address[1], address[0]};
         lines += R"({"table":121,"key":")" + hex(address) + "\"}\n";
-        expected += R"({"table":121,"key":")" + hex(turned) + "\"}\n";
+        expected += R"({"table":121,"physical_key":")" + hex(turned) + "\"}\n";
     }
     const File out;
     const Outcome outcome = run({"batch", "-", "-o", out.path(), "--quiet"}, {.input = lines});
@@ -332,7 +366,6 @@ TEST(Batch, IsRefusedForWrongOptions) {
     const File file{"{}"};
     const std::vector<std::pair<std::vector<std::string>, std::string>> wrong{
         {{"/nonexistent/file"}, "cannot read /nonexistent/file: No such file or directory"},
-        {{"-o", "/nonexistent/file"}, "cannot write /nonexistent/file: No such file or directory"},
         {{file.path(), "-o", file.path()}, "cannot write " + file.path() + ": it is the input"},
         {{"--raw", "17"},
          "bad --raw 17: expected key, result or reverse, a colon and a table id or name, such as result:13"},
@@ -366,11 +399,14 @@ TEST(Batch, ShowsItsProgressOnATerminal) {
         lines += "{\"table\":121,\"key\":\"01020304\"}\n";
     }
     const File file{lines};
-    const std::string shown = run({"batch", file.path()}, {.err_is_terminal = true}).err;
+    const std::string shown =
+        run({"batch", file.path()}, {.err = program::Stream::terminal, .environment = {"TERM=xterm"}}).err;
     EXPECT_NE(shown.find("%  "), std::string::npos) << shown;
     EXPECT_NE(shown.find(" entries"), std::string::npos) << shown;
     EXPECT_TRUE(shown.ends_with("\r\x1b[K")) << "the line is not cleared at the end";
-    EXPECT_EQ(run({"batch", "--quiet", file.path()}, {.err_is_terminal = true}).err, "");
+    EXPECT_EQ(
+        run({"batch", "--quiet", file.path()}, {.err = program::Stream::terminal, .environment = {"TERM=xterm"}}).err,
+        "");
     EXPECT_EQ(run({"batch", file.path()}).err, "");
 }
 

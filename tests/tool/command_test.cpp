@@ -384,23 +384,6 @@ TEST(Registers, ListsThemByEngine) {
 
 // ---- Where the output goes ----
 
-TEST(Output, ThatCannotBeWrittenIsAnError) {
-    const File lines{"{\"table\":17,\"result\":\"0000000001020304\"}\n"};
-    const File records{std::string(8, '\0')};
-    for (const Words& arguments : {Words{"tables"}, Words{"tables", "--json"}, Words{"registers", "parse"},
-                                   Words{"key", "17", zeros(8)}, Words{"--help"}, Words{"--version"},
-                                   Words{"batch", lines.path()}, Words{"batch", "--raw", "key:17", records.path()}}) {
-        SCOPED_TRACE(arguments.front());
-        const Outcome full = run(arguments, {.out = "/dev/full"});
-        EXPECT_EQ(full.status, 1);
-        EXPECT_EQ(full.err, "npxlate: error: cannot write standard output: No space left on device\n");
-        const Outcome closed = run(arguments, {.out_closed = true});
-        EXPECT_EQ(closed.status, 1);
-        EXPECT_EQ(closed.err, "npxlate: error: cannot write standard output: Broken pipe\n");
-    }
-    expect_error({"batch", lines.path(), "-o", "/dev/full"}, 1, "cannot write /dev/full: No space left on device");
-}
-
 TEST(Output, HasNoColourOffATerminal) {
     const program::Setting terminal_like{.environment = {"TERM=xterm-256color"}};
     EXPECT_EQ(run({"tables"}, terminal_like).out.find('\x1b'), std::string::npos);
@@ -408,8 +391,9 @@ TEST(Output, HasNoColourOffATerminal) {
 }
 
 TEST(Output, HasColourOnATerminalUnlessNotWanted) {
-    const auto shown = [](const Words& environment) {
-        return run({"key", "128", "00"}, {.err_is_terminal = true, .environment = environment}).err;
+    const auto shown = [](Words environment) {
+        environment.emplace_back("TERM=xterm");
+        return run({"key", "128", "00"}, {.err = program::Stream::terminal, .environment = environment}).err;
     };
     const std::string plain = "npxlate: error: there is no table 128: expected a table id from 0 to 127\r\n";
     EXPECT_NE(shown({}).find("\x1b["), std::string::npos);

@@ -129,11 +129,14 @@ TEST(Explain, FitsIntoEightyColumns) {
 
 TEST(Explain, DrawsBoxesOnATerminalAndColoursUnlessAskedNotTo) {
     const Words arguments{"explain", "121", "000203"};
-    const std::string plain = run(arguments, {.out_is_terminal = true, .environment = {"NO_COLOR=1"}}).out;
+    const std::string plain = run(arguments, {.out = program::Stream::terminal,
+                                              .environment = {"TERM=xterm", "LC_ALL=C.UTF-8", "NO_COLOR=1"}})
+                                  .out;
     EXPECT_NE(plain.find("L0   \u250200000000\u250200000010\u250200000011\u2502\r\n"), std::string::npos) << plain;
     EXPECT_EQ(plain.find('\x1b'), std::string::npos);
 
-    const std::string coloured = run(arguments, {.out_is_terminal = true}).out;
+    const std::string coloured =
+        run(arguments, {.out = program::Stream::terminal, .environment = {"TERM=xterm", "LC_ALL=C.UTF-8"}}).out;
     EXPECT_NE(coloured.find("\x1b[1mThe record that goes in, 3 bytes\x1b[0m"), std::string::npos) << coloured;
     EXPECT_EQ(std::regex_replace(coloured, std::regex{"\x1b\\[[0-9;]*m"}, ""), plain);
 }

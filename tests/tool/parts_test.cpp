@@ -6,16 +6,16 @@
 #include <vector>
 
 #include "catalogue/catalogue.h"
+#include "io/input.h"
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
 #include "npxlate/output.h"
-#include "npxlate/stream.h"
 #include "npxlate/translation.h"
 #include "tool/program.h"
 
 namespace {
 
-using tool::LineReader;
+using io::LineReader;
 
 TEST(ParseNumber, TakesDecimalAndHexadecimalUpToTheMost) {
     EXPECT_EQ(tool::parse_number("0", 127), 0U);
@@ -53,8 +53,8 @@ TEST(AcceptedLengths, IncludeTheRecordThatWasReadBack) {
 
 std::vector<std::string> lines_of(const std::string& text) {
     const program::File file{text};
-    tool::InputStream input{file.path()};
-    LineReader reader{input, 64};
+    io::InputStream input{file.path()};
+    LineReader reader{input};
     std::vector<std::string> lines;
     std::string_view line;
     while (true) {

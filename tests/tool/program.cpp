@@ -21,8 +21,10 @@ namespace {
 // A terminal, and what appears on it.
 class Terminal {
 public:
-    Terminal() {
-        if (::openpty(&screen_, &line_, nullptr, nullptr, nullptr) != 0) {
+    explicit Terminal(unsigned short columns) {
+        winsize size{};
+        size.ws_col = columns;
+        if (::openpty(&screen_, &line_, nullptr, nullptr, &size) != 0) {
             throw std::runtime_error{"no terminal"};
         }
         ::fcntl(screen_, F_SETFD, FD_CLOEXEC);
@@ -43,6 +45,9 @@ public:
 
     int line() const { return line_; }
 
+    // As if its user typed Ctrl-D.
+    void end_input() const { static_cast<void>(::write(screen_, "\x04", 1)); }
+
     // All of it, once the program has ended.
     const std::string& shown() {
         if (reader_.joinable()) {
@@ -59,36 +64,73 @@ private:
     std::thread reader_;
 };
 
+// What one of the program's streams leads to, and what came there.
+class Sink {
+public:
+    Sink(posix_spawn_file_actions_t& actions, int stream, Stream kind, unsigned short columns) {
+        switch (kind) {
+            case Stream::file:
+                posix_spawn_file_actions_addopen(&actions, stream, file_.path().c_str(), O_WRONLY, 0);
+                break;
+            case Stream::terminal:
+                terminal_.emplace(columns);
+                posix_spawn_file_actions_adddup2(&actions, terminal_->line(), stream);
+                break;
+            case Stream::full:
+                posix_spawn_file_actions_addopen(&actions, stream, "/dev/full", O_WRONLY, 0);
+                break;
+            case Stream::broken: {
+                std::array<int, 2> ends{};
+                if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+                    throw std::runtime_error{"no pipe"};
+                }
+                ::close(ends[0]);
+                pipe_ = ends[1];
+                posix_spawn_file_actions_adddup2(&actions, pipe_, stream);
+                break;
+            }
+            case Stream::closed:
+                posix_spawn_file_actions_addclose(&actions, stream);
+                break;
+        }
+    }
+    ~Sink() {
+        if (pipe_ >= 0) {
+            ::close(pipe_);
+        }
+    }
+    Sink(const Sink&) = delete;
+    Sink& operator=(const Sink&) = delete;
+
+    // Once the program has ended.
+    std::string content() { return terminal_ ? terminal_->shown() : file_.content(); }
+
+private:
+    File file_;
+    std::optional<Terminal> terminal_;
+    int pipe_ = -1;
+};
+
 }  // namespace
 
 Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     const File in{setting.input};
-    const File out;
-    const File err;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, in.path().c_str(), O_RDONLY, 0);
-    const std::string& out_path = setting.out.empty() ? out.path() : setting.out;
-    std::array<int, 2> pipe_ends{};
-    std::optional<Terminal> out_terminal;
-    if (setting.out_is_terminal) {
-        out_terminal.emplace();
-        posix_spawn_file_actions_adddup2(&actions, out_terminal->line(), STDOUT_FILENO);
-    } else if (setting.out_closed) {
-        if (::pipe2(pipe_ends.data(), O_CLOEXEC) != 0) {
-            throw std::runtime_error{"no pipe"};
-        }
-        ::close(pipe_ends[0]);
-        posix_spawn_file_actions_adddup2(&actions, pipe_ends[1], STDOUT_FILENO);
+    std::optional<Terminal> in_terminal;
+    if (setting.in_is_terminal) {
+        in_terminal.emplace(setting.columns);
+        in_terminal->end_input();
+        posix_spawn_file_actions_adddup2(&actions, in_terminal->line(), STDIN_FILENO);
+    } else if (setting.in_is_closed) {
+        posix_spawn_file_actions_addclose(&actions, STDIN_FILENO);
     } else {
-        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out_path.c_str(), O_WRONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, in.path().c_str(), O_RDONLY, 0);
     }
-    std::optional<Terminal> err_terminal;
-    if (setting.err_is_terminal) {
-        err_terminal.emplace();
-        posix_spawn_file_actions_adddup2(&actions, err_terminal->line(), STDERR_FILENO);
-    } else {
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.path().c_str(), O_WRONLY, 0);
+    Sink out{actions, STDOUT_FILENO, setting.out, setting.columns};
+    Sink err{actions, STDERR_FILENO, setting.err, setting.columns};
+    if (!setting.folder.empty()) {
+        posix_spawn_file_actions_addchdir_np(&actions, setting.folder.c_str());
     }
 
     std::vector<std::string> words{NPXLATE_TOOL_PATH};
@@ -107,16 +149,12 @@ Outcome run(const std::vector<std::string>& arguments, const Setting& setting) {
     const int error = ::posix_spawn(&child, NPXLATE_TOOL_PATH, &actions, nullptr, pointers(words).data(),
                                     pointers(environment).data());
     posix_spawn_file_actions_destroy(&actions);
-    if (setting.out_closed) {
-        ::close(pipe_ends[1]);
-    }
     if (error != 0) {
         throw std::runtime_error{"cannot start the tool"};
     }
     int status = 0;
     ::waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-            out_terminal ? out_terminal->shown() : out.content(), err_terminal ? err_terminal->shown() : err.content()};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), out.content(), err.content()};
 }
 
 File::File(const std::string& content) : path_{testing::TempDir() + "npxlate_XXXXXX"} {

@@ -12,13 +12,24 @@ struct Outcome {
     std::string err;
 };
 
+// What a standard stream leads to.
+enum class Stream {
+    file,      // Outcome::out and Outcome::err
+    terminal,  // likewise, what appears on it
+    full,      // a disk on which there is no room
+    broken,    // a pipe that nobody reads any more
+    closed,    // nothing
+};
+
 struct Setting {
-    std::string input{};                     // on standard input
-    std::string out{};                       // standard output goes to this file; to Outcome::out if empty
-    bool out_closed = false;                 // standard output is a pipe that nobody reads any more
-    bool out_is_terminal = false;            // what appears on it is Outcome::out
-    bool err_is_terminal = false;            // likewise, Outcome::err
+    std::string input{};          // on standard input
+    bool in_is_terminal = false;  // on which nobody types anything
+    bool in_is_closed = false;
+    Stream out = Stream::file;
+    Stream err = Stream::file;
     std::vector<std::string> environment{};  // NAME=VALUE
+    unsigned short columns = 0;              // of the terminals; 0 if they do not say
+    std::string folder{};                    // to run in
 };
 
 Outcome run(const std::vector<std::string>& arguments, const Setting& setting = {});

@@ -4,7 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <csignal>
+#include <clocale>
 #include <exception>
 #include <sstream>
 #include <string>
@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "io/standard.h"
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
 #include "npxlate/output.h"
@@ -69,10 +70,13 @@ int run_command(int argc, const char* const* argv) {
 }  // namespace
 
 int run(int argc, const char* const* argv) {
-    // A reader that goes away is a write error like any other.
-    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    io::prepare_standard_streams();
+    // For the one question of whether the terminal takes UTF-8. A locale that there is not leaves plain ASCII.
+    static_cast<void>(std::setlocale(LC_CTYPE, ""));
     try {
         return run_command(argc, argv);
+    } catch (const io::NobodyReads& failure) {
+        return failure.exit_status;
     } catch (const Failure& failure) {
         report(failure.what());
         return failure.exit_status;

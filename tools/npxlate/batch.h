@@ -2,12 +2,15 @@
 #pragma once
 
 #include "catalogue/catalogue.h"
+#include "io/input.h"
 #include "npxlate/output.h"
 #include "npxlate/progress.h"
-#include "npxlate/stream.h"
 #include "npxlate/translation.h"
 
 namespace tool {
+
+using io::InputStream;
+using io::LineReader;
 
 // JSON Lines: an entry a line in, an entry a line out.
 void translate_json_lines(InputStream& input, Output& output, Progress& progress);

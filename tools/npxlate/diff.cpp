@@ -12,6 +12,7 @@
 #include "npxlate/drawing.h"
 #include "npxlate/error.h"
 #include "npxlate/hex.h"
+#include "npxlate/input.h"
 #include "npxlate/subject.h"
 #include "npxlate/translation.h"
 
@@ -26,8 +27,7 @@ using explain::Fate;
 
 struct Options {
     SubjectOptions subject;
-    std::string first;
-    std::string second;
+    RecordSource source;
     ArgumentOptions argument;
     TxAdjKeyMaxOption tx_adj_key_max;
     bool json = false;
@@ -119,8 +119,7 @@ void run(const Options& options) {
     const FourthArgument argument = options.argument.read();
     check_argument(translator, argument, "--type", "--key");
     options.tx_adj_key_max.apply();
-    const Bytes first = parse_hex(options.first);
-    const Bytes second = parse_hex(options.second);
+    const auto [first, second] = read_record_pair(options.source);
     check_length(translator, first.size());
     check_length(translator, second.size());
     if (first.size() != second.size()) {
@@ -142,8 +141,7 @@ void add_diff(CLI::App& app) {
     command->footer("Example: npxlate diff 8 --role key 00000000010000 00000000020000");
     const auto options = std::make_shared<Options>();
     options->subject.add_to(*command);
-    command->add_option("FIRST", options->first, "One record, as hex")->required();
-    command->add_option("SECOND", options->second, "The other record, as hex")->required();
+    add_record_pair_source(*command, options->source);
     options->argument.add_to(*command, "--key");
     options->tx_adj_key_max.add_to(*command);
     command->add_flag("--json", options->json, "The same as JSON");

@@ -1,24 +1,12 @@
-// What ends a command early. The message is one line and says what was expected.
+// What ends a command early.
 #pragma once
 
-#include <stdexcept>
-#include <string>
+#include "io/error.h"
 
 namespace tool {
 
-struct Failure : std::runtime_error {
-    Failure(int status, const std::string& message) : std::runtime_error{message}, exit_status{status} {}
-    int exit_status;
-};
-
-// The user's input cannot be used: exit status 2.
-struct WrongInput : Failure {
-    explicit WrongInput(const std::string& message) : Failure{2, message} {}
-};
-
-// The input is in order, but was not (or not wholly) translated, or the output could not be written: exit status 1.
-struct NotDone : Failure {
-    explicit NotDone(const std::string& message) : Failure{1, message} {}
-};
+using io::Failure;
+using io::NotDone;
+using io::WrongInput;
 
 }  // namespace tool

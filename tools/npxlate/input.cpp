@@ -1,15 +1,13 @@
 #include "npxlate/input.h"
 
-#include <array>
-#include <cerrno>
-#include <cstdio>
-#include <memory>
-#include <system_error>
+#include <algorithm>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "io/pasted.h"
 #include "npxlate/error.h"
+#include "npxlate/output.h"
 
 namespace tool {
 namespace {
@@ -17,47 +15,98 @@ namespace {
 // Enough for any record with whatever stands around its bytes.
 constexpr std::size_t most_text = std::size_t{1} << 20;
 
-std::string read_all(std::FILE* stream, const std::string& name) {
-    std::string text;
-    std::array<char, 4096> block;
-    std::size_t count = 0;
-    while ((count = std::fread(block.data(), 1, block.size(), stream)) > 0) {
-        text.append(block.data(), count);
-        if (text.size() > most_text) {
-            throw WrongInput{
-                fmt::format("{} is too long: expected the hex of one record (for many: npxlate batch)", name)};
-        }
-    }
-    if (std::ferror(stream) != 0) {
-        throw WrongInput{fmt::format("cannot read {}: {}", name, std::generic_category().message(errno))};
-    }
-    return text;
+constexpr const char* file_help = "Read the record from this file, hex or binary; -: from standard input";
+
+void add_words(CLI::App& command, RecordSource& source) {
+    source.command = &command;
+    command.add_option("--words", source.words,
+                       "The hex is words of 2, 4 or 8 bytes, in host order (4) or big-endian (4be)");
 }
 
-std::string read_file(const std::string& path) {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream{std::fopen(path.c_str(), "rb"), &std::fclose};
-    if (!stream) {
-        throw WrongInput{fmt::format("cannot read {}: {}", path, std::generic_category().message(errno))};
+Bytes parse(const RecordSource& source, std::string_view text) {
+    if (source.command->count("--words") == 0) {
+        return io::parse_pasted(text);
     }
-    return read_all(stream.get(), path);
+    const auto words = io::parse_words(source.words);
+    if (!words) {
+        throw WrongInput{fmt::format("bad --words {}: expected 2, 4 or 8, for words in host order, or 2be, 4be or 8be",
+                                     printable(source.words))};
+    }
+    return io::parse_pasted(text, words);
+}
+
+Bytes read(const RecordSource& source, const std::string& path, bool may_be_binary) {
+    io::InputStream input{path};
+    note_waiting(input, "the record, as hex");
+    const std::string text = input.read_all(most_text);
+    if (text.size() > most_text) {
+        throw WrongInput{
+            fmt::format("{} is too long: expected the hex of one record (for many: npxlate batch)", input.name())};
+    }
+    if (may_be_binary && io::is_binary(text)) {
+        if (source.command->count("--words") != 0) {
+            throw WrongInput{fmt::format("{} is binary: expected hex, or no --words", input.name())};
+        }
+        return {text.begin(), text.end()};
+    }
+    return parse(source, text);
 }
 
 }  // namespace
 
 void add_record_source(CLI::App& command, RecordSource& source) {
     CLI::Option* const hex = command.add_option(
-        "HEX", source.hex, "The record, two digits a byte, however separated; - or nothing: from standard input");
-    command.add_option("-f,--file", source.file, "Read the hex from this file")->excludes(hex);
+        "HEX", source.hex, "The record, as hex or as a tool prints it; - or nothing: from standard input");
+    command.add_option("-f,--file", source.files, file_help)->allow_extra_args(false)->excludes(hex);
+    add_words(command, source);
 }
 
 Bytes read_record(const RecordSource& source) {
-    if (!source.file.empty()) {
-        return parse_hex(read_file(source.file));
+    if (source.files.size() > 1) {
+        throw WrongInput{"expected one record, found a second --file"};
+    }
+    if (!source.files.empty()) {
+        return read(source, source.files.front(), true);
     }
     if (source.hex.empty() || (source.hex.size() == 1 && source.hex.front() == "-")) {
-        return parse_hex(read_all(stdin, "standard input"));
+        return read(source, "-", false);
     }
-    return parse_hex(fmt::format("{}", fmt::join(source.hex, " ")));
+    return parse(source, fmt::format("{}", fmt::join(source.hex, " ")));
+}
+
+void add_record_pair_source(CLI::App& command, RecordSource& source) {
+    command.add_option("RECORDS", source.hex, "Two records, each as one argument of hex; - for standard input");
+    command.add_option("-f,--file", source.files, file_help)->allow_extra_args(false);
+    add_words(command, source);
+}
+
+std::pair<Bytes, Bytes> read_record_pair(const RecordSource& source) {
+    if (source.hex.size() + source.files.size() != 2) {
+        throw WrongInput{fmt::format("expected two records, as hex or by --file, found {}",
+                                     source.hex.size() + source.files.size())};
+    }
+    const auto is_input = [](const std::string& text) { return text == "-"; };
+    if (std::ranges::count_if(source.hex, is_input) + std::ranges::count_if(source.files, is_input) > 1) {
+        throw WrongInput{"standard input holds one record: expected - once"};
+    }
+    std::vector<Bytes> records;
+    auto hex = source.hex.begin();
+    auto file = source.files.begin();
+    for (const CLI::Option* option : source.command->parse_order()) {
+        if (option == source.command->get_option("RECORDS") && hex != source.hex.end()) {
+            records.push_back(is_input(*hex) ? read(source, "-", false) : parse(source, *hex));
+            ++hex;
+        } else if (option == source.command->get_option("--file") && file != source.files.end()) {
+            records.push_back(read(source, *file++, true));
+        }
+    }
+    return {std::move(records.at(0)), std::move(records.at(1))};
+}
+
+void note_waiting(const io::InputStream& input, std::string_view what) {
+    if (input.is_terminal()) {
+        note(fmt::format("reading {} from {}; Ctrl-D on a line of its own ends it", what, input.name()));
+    }
 }
 
 }  // namespace tool

@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include <fmt/format.h>
+
+#include "io/standard.h"
+#include "npxlate/terminal.h"
 
 namespace tool {
 namespace {
@@ -14,6 +16,8 @@ namespace {
 // Often enough for the eye; the clock is asked only now and then.
 constexpr std::chrono::milliseconds interval{100};
 constexpr std::uint64_t entries_between_looks = 4096;
+constexpr std::size_t longest_bar = 40;
+constexpr std::size_t shortest_bar = 8;
 
 }  // namespace
 
@@ -35,27 +39,31 @@ void Progress::advance(std::uint64_t bytes, std::uint64_t entries) {
 }
 
 void Progress::show() {
-    constexpr std::size_t width = 40;
+    std::string counted = fmt::format("{} entries", entries_);
     if (size_ && *size_ > 0) {
         const std::uint64_t done = std::min(bytes_, *size_);
-        const auto filled = static_cast<std::size_t>(done * width / *size_);
-        fmt::print(stderr, "\r[{:<{}}] {:3}%  {} entries\x1b[K", std::string(filled, '#'), width, done * 100 / *size_,
-                   entries_);
-    } else {
-        fmt::print(stderr, "\r{} entries\x1b[K", entries_);
+        counted = fmt::format("{:3}%  {}", done * 100 / *size_, counted);
+        // The bar has what the numbers leave of the line, whose last column is not used.
+        const std::size_t taken = counted.size() + std::string_view{"[] "}.size() + 1;
+        const std::size_t width =
+            std::min(longest_bar, line_width(STDERR_FILENO) - std::min(line_width(STDERR_FILENO), taken));
+        if (width >= shortest_bar) {
+            counted = fmt::format("[{:<{}}] {}", std::string(done * width / *size_, '#'), width, counted);
+        }
     }
+    io::to_standard_error(fmt::format("\r{}\x1b[K", counted));
     visible_ = true;
 }
 
 void Progress::clear() {
     if (visible_) {
-        fmt::print(stderr, "\r\x1b[K");
+        io::to_standard_error("\r\x1b[K");
         visible_ = false;
     }
 }
 
 bool progress_can_show(bool output_is_file) {
-    return ::isatty(STDERR_FILENO) == 1 && (output_is_file || ::isatty(STDOUT_FILENO) != 1);
+    return moves_and_colours(STDERR_FILENO) && (output_is_file || !is_terminal(STDOUT_FILENO));
 }
 
 }  // namespace tool

@@ -1,6 +1,7 @@
-#include "npxlate/stream.h"
+#include "io/input.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,12 +11,20 @@
 
 #include <fmt/format.h>
 
-#include "npxlate/error.h"
+#include "io/error.h"
 
-namespace tool {
+namespace io {
+namespace {
+
+// Some editors put it before text in UTF-8.
+constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
+
+}  // namespace
 
 InputStream::InputStream(const std::string& path)
-    : name_{path == "-" ? "standard input" : path},
+    : name_{path == "-"    ? "standard input"
+            : path.empty() ? "\"\""
+                           : path},
       descriptor_{path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)} {
     if (descriptor_ < 0) {
         throw WrongInput{fmt::format("cannot read {}: {}", name_, std::generic_category().message(errno))};
@@ -34,10 +43,19 @@ std::size_t InputStream::read(char* to, std::size_t room) {
         if (count >= 0) {
             return static_cast<std::size_t>(count);
         }
-        if (errno != EINTR) {
+        if (errno == EAGAIN) {
+            pollfd ready{descriptor_, POLLIN, 0};
+            static_cast<void>(::poll(&ready, 1, -1));
+        } else if (errno != EINTR) {
             throw WrongInput{fmt::format("cannot read {}: {}", name_, std::generic_category().message(errno))};
         }
     }
+}
+
+std::string InputStream::read_all(std::size_t most) {
+    std::string text(most + 1, '\0');
+    text.resize(fill(text.data(), text.size()));
+    return text;
 }
 
 std::size_t InputStream::fill(char* to, std::size_t room) {
@@ -60,6 +78,8 @@ std::optional<std::uint64_t> InputStream::size() const {
     return static_cast<std::uint64_t>(status.st_size);
 }
 
+bool InputStream::is_terminal() const { return ::isatty(descriptor_) == 1; }
+
 bool InputStream::is(const std::string& path) const {
     struct stat mine {};
     struct stat other {};
@@ -67,7 +87,7 @@ bool InputStream::is(const std::string& path) const {
            mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
 }
 
-LineReader::LineReader(InputStream& input, std::size_t padding) : input_{input}, buffer_(longest_line + padding) {}
+LineReader::LineReader(InputStream& input) : input_{input}, buffer_(longest_line) {}
 
 bool LineReader::read_more() {
     std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
@@ -79,6 +99,12 @@ bool LineReader::read_more() {
 }
 
 LineReader::Got LineReader::next(std::string_view& line) {
+    if (at_start_) {
+        at_start_ = false;
+        while (end_ < byte_order_mark.size() && read_more()) {
+        }
+        begin_ = std::string_view{buffer_.data(), end_}.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
+    }
     bool too_long = false;
     while (true) {
         const std::string_view rest{buffer_.data() + begin_, end_ - begin_};
@@ -92,11 +118,11 @@ LineReader::Got LineReader::next(std::string_view& line) {
             begin_ = end_;
         }
         if (!read_more()) {
-            line = {buffer_.data(), end_};
+            line = {buffer_.data() + begin_, end_ - begin_};
             begin_ = end_;
             return too_long ? Got::too_long : line.empty() ? Got::end : Got::line;
         }
     }
 }
 
-}  // namespace tool
+}  // namespace io

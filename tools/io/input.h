@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tool {
+namespace io {
 
 class InputStream {
 public:
@@ -23,10 +23,17 @@ public:
     // The same, but fewer bytes than room only at the end.
     std::size_t fill(char* to, std::size_t room);
 
+    // All there is; if that is more than most, the first of it, which is longer than most.
+    std::string read_all(std::size_t most);
+
     // Of a file; nothing for pipes and terminals.
     std::optional<std::uint64_t> size() const;
+    // Whether somebody has to type it.
+    bool is_terminal() const;
     // Whether the path names this very file.
     bool is(const std::string& path) const;
+    // For messages.
+    const std::string& name() const { return name_; }
 
 private:
     std::string name_;
@@ -37,11 +44,11 @@ class LineReader {
 public:
     static constexpr std::size_t longest_line = std::size_t{1} << 20;
 
-    // So many bytes behind a line may be read, whatever they hold.
-    explicit LineReader(InputStream& input, std::size_t padding);
+    explicit LineReader(InputStream& input);
 
     enum class Got { line, too_long, end };
-    // The next line without its line end, valid until the next call. One that is too long is passed over.
+    // The next line without its line end, valid until the next call. One that is too long is passed over, and so is a
+    // byte-order mark before the first.
     Got next(std::string_view& line);
 
 private:
@@ -51,6 +58,7 @@ private:
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
+    bool at_start_ = true;
 };
 
-}  // namespace tool
+}  // namespace io

@@ -1,13 +1,13 @@
-#include "npxlate/hex.h"
+#include "io/hex.h"
 
 #include <algorithm>
 #include <array>
 
 #include <fmt/format.h>
 
-#include "npxlate/error.h"
+#include "io/error.h"
 
-namespace tool {
+namespace io {
 namespace {
 
 constexpr std::uint8_t no_digit = 0xff;
@@ -28,8 +28,14 @@ std::uint8_t digit(char c) { return digit_values[static_cast<unsigned char>(c)];
 
 bool separates(char c) { return std::string_view{" \t\r\n\v\f:,"}.find(c) != std::string_view::npos; }
 
-// Where a character stands, as a person counts.
-std::string place(std::string_view text, std::size_t at) {
+}  // namespace
+
+std::optional<std::uint8_t> hex_digit(char c) {
+    const std::uint8_t value = digit(c);
+    return value == no_digit ? std::nullopt : std::optional{value};
+}
+
+std::string place_in(std::string_view text, std::size_t at) {
     const std::string_view before = text.substr(0, at);
     const auto lines = std::ranges::count(before, '\n');
     if (lines == 0) {
@@ -38,12 +44,10 @@ std::string place(std::string_view text, std::size_t at) {
     return fmt::format("line {}, position {}", lines + 1, at - before.rfind('\n'));
 }
 
-std::string shown(char c) {
+std::string shown_character(char c) {
     const auto value = static_cast<unsigned char>(c);
     return value > 0x20 && value < 0x7f ? fmt::format("'{}'", c) : fmt::format("the byte 0x{:02x}", value);
 }
-
-}  // namespace
 
 Bytes parse_hex(std::string_view text) {
     Bytes bytes;
@@ -69,15 +73,15 @@ void parse_hex(std::string_view text, Bytes& bytes) {
             ++at;
         }
         if (at < text.size() && !separates(text[at])) {
-            throw WrongInput{
-                fmt::format("bad hex: expected a hex digit, found {} at {}", shown(text[at]), place(text, at))};
+            throw WrongInput{fmt::format("bad hex: expected a hex digit, found {} at {}", shown_character(text[at]),
+                                         place_in(text, at))};
         }
         if (at == first) {
-            throw WrongInput{fmt::format("bad hex: expected digits after the 0x at {}", place(text, group))};
+            throw WrongInput{fmt::format("bad hex: expected digits after the 0x at {}", place_in(text, group))};
         }
         if ((at - first) % 2 != 0) {
             throw WrongInput{fmt::format("bad hex: expected two digits for each byte, found {} digit{} at {}",
-                                         at - first, at - first == 1 ? "" : "s", place(text, group))};
+                                         at - first, at - first == 1 ? "" : "s", place_in(text, group))};
         }
         for (std::size_t i = first; i < at; i += 2) {
             bytes.push_back(static_cast<std::uint8_t>(digit(text[i]) << 4 | digit(text[i + 1])));
@@ -100,4 +104,4 @@ std::string to_hex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-}  // namespace tool
+}  // namespace io

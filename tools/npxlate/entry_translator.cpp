@@ -1,0 +1,168 @@
+#include "npxlate/entry_translator.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <fmt/format.h>
+
+#include "npxlate/error.h"
+#include "npxlate/hex.h"
+#include "npxlate/lookup.h"
+#include "npxlate/output.h"
+
+namespace tool {
+
+using catalogue::Role;
+using catalogue::Trait;
+using catalogue::Translator;
+using Member = io::Entry::Member;
+
+const std::array<std::string_view, EntryTranslator::known_count> EntryTranslator::names{
+    "table", "type", "logical_key", "key", "result", "physical_key", "physical_result", "logical_result"};
+
+const std::array<EntryTranslator::Step, 3> EntryTranslator::steps{{
+    {key, physical_key, Role::key},
+    {result, physical_result, Role::result},
+    {physical_result, logical_result, Role::reverse},
+}};
+
+EntryTranslator::EntryTranslator() {
+    for (unsigned id = 0; id < NPXLATE_TABLE_COUNT; ++id) {
+        for (const Role role : {Role::key, Role::result, Role::reverse}) {
+            of_table_[id][static_cast<std::size_t>(role)] = &catalogue::of_table(id, role);
+        }
+    }
+    in_.reserve(most_record_bytes);
+}
+
+void EntryTranslator::translate(std::string_view line, std::string& text) {
+    const std::size_t before = text.size();
+    try {
+        entry_.parse(line);
+        find_members();
+        check();
+        char separator = '{';
+        for (const Member& member : entry_.members()) {
+            text += separator;
+            text += '"';
+            if (const Step* const step = step_of(member)) {
+                text += names[step->to];
+                text += "\":\"";
+                write_record(text, *step);
+                text += '"';
+            } else {
+                text += member.written;
+                text += "\":";
+                text += member.value;
+            }
+            separator = ',';
+        }
+        text += "}\n";
+    } catch (...) {
+        text.resize(before);
+        throw;
+    }
+}
+
+void EntryTranslator::find_members() {
+    members_.fill(nullptr);
+    for (const Member& member : entry_.members()) {
+        const auto* const name = std::ranges::find(names, member.name);
+        if (name == names.end()) {
+            continue;
+        }
+        const Member*& place = members_[static_cast<std::size_t>(name - names.begin())];
+        if (place != nullptr) {
+            throw WrongInput{fmt::format("expected one \"{}\", found another", *name)};
+        }
+        place = &member;
+    }
+}
+
+void EntryTranslator::check() const {
+    if (member(table) == nullptr) {
+        throw WrongInput{R"(expected "table", a table id or a translator's name)"};
+    }
+    bool translates = false;
+    for (const Step& step : steps) {
+        if (member(step.from) == nullptr || step_of(*member(step.from)) == nullptr) {
+            continue;
+        }
+        translates = true;
+        if (member(step.to) != nullptr) {
+            throw WrongInput{
+                fmt::format(R"("{}" is there already, and "{}" would be translated to it: expected one of them)",
+                            names[step.to], names[step.from])};
+        }
+    }
+    if (!translates) {
+        throw WrongInput{R"(expected "key", "result" or "physical_result")"};
+    }
+}
+
+// With a logical record in the entry, the physical ones are not what is asked about.
+const EntryTranslator::Step* EntryTranslator::step_of(const Member& member) const {
+    const bool forward = this->member(key) != nullptr || this->member(result) != nullptr;
+    for (const Step& step : steps) {
+        if (&member == this->member(step.from) && forward == (step.role != Role::reverse)) {
+            return &step;
+        }
+    }
+    return nullptr;
+}
+
+void EntryTranslator::read_hex(Known known, Bytes& bytes) {
+    const std::string_view value = member(known)->value;
+    try {
+        if (!io::is_string(value)) {
+            throw WrongInput{"expected a string of hex"};
+        }
+        parse_hex(io::text_of(value, storage_), bytes);
+    } catch (const WrongInput& error) {
+        throw WrongInput{fmt::format("\"{}\": {}", names[known], error.what())};
+    }
+}
+
+const Translator& EntryTranslator::translator_for(Role role) {
+    const std::string_view value = member(table)->value;
+    if (io::is_string(value)) {
+        return find_translator(io::text_of(value, storage_), role);
+    }
+    if (const auto id = parse_number(value, NPXLATE_TABLE_COUNT - 1)) {
+        return *of_table_[*id][static_cast<std::size_t>(role)];
+    }
+    throw WrongInput{fmt::format("\"table\": expected a table id from 0 to {} or a translator's name, found {}",
+                                 NPXLATE_TABLE_COUNT - 1, printable(value))};
+}
+
+FourthArgument EntryTranslator::argument_for(const Translator& translator) {
+    FourthArgument argument;
+    if (translator.has(Trait::takes_type) && member(type) != nullptr) {
+        const std::string_view value = member(type)->value;
+        const auto number = parse_number(io::is_string(value) ? io::text_of(value, storage_) : value,
+                                         std::numeric_limits<std::uint32_t>::max());
+        if (!number) {
+            throw WrongInput{fmt::format("\"type\": expected a number of 32 bits, found {}", printable(value))};
+        }
+        argument.type = static_cast<std::uint32_t>(*number);
+    }
+    if (translator.has(Trait::takes_key) && member(logical_key) != nullptr) {
+        read_hex(logical_key, argument.key.emplace());
+    }
+    check_argument(translator, argument, "\"type\":", "\"logical_key\":");
+    return argument;
+}
+
+void EntryTranslator::write_record(std::string& text, const Step& step) {
+    const Translator& translator = translator_for(step.role);
+    read_hex(step.from, in_);
+    check_length(translator, in_.size());
+    out_.fill(0);
+    const Reply reply = tool::translate(translator, in_.data(), in_.size(), out_.data(), argument_for(translator));
+    if (!reply.translated) {
+        throw NotDone{rejection(translator, reply)};
+    }
+    append_hex(text, {out_.data(), reply.size});
+}
+
+}  // namespace tool

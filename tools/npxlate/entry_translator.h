@@ -1,0 +1,51 @@
+// One entry of a batch. Each thread needs a translator of its own.
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "io/entry.h"
+#include "npxlate/translation.h"
+
+namespace tool {
+
+class EntryTranslator {
+public:
+    EntryTranslator();
+
+    // Appends the translated entry and a line end to the text. Throws a Failure, with the text as it was, for an entry
+    // that cannot be translated; a BadJson for a line that is none.
+    void translate(std::string_view line, std::string& text);
+
+private:
+    // What the tool knows of an entry; all other members pass through.
+    enum Known { table, type, logical_key, key, result, physical_key, physical_result, logical_result, known_count };
+    static const std::array<std::string_view, known_count> names;
+
+    // A record and what its translation is called.
+    struct Step {
+        Known from;
+        Known to;
+        catalogue::Role role;
+    };
+    static const std::array<Step, 3> steps;
+
+    const io::Entry::Member* member(Known known) const { return members_[known]; }
+    void find_members();
+    void check() const;
+    const Step* step_of(const io::Entry::Member& member) const;
+    const catalogue::Translator& translator_for(catalogue::Role role);
+    FourthArgument argument_for(const catalogue::Translator& translator);
+    void write_record(std::string& text, const Step& step);
+    void read_hex(Known known, Bytes& bytes);
+
+    std::array<std::array<const catalogue::Translator*, 3>, NPXLATE_TABLE_COUNT> of_table_{};
+    io::Entry entry_;
+    std::array<const io::Entry::Member*, known_count> members_{};
+    std::string storage_;
+    Bytes in_;
+    std::array<std::uint8_t, most_record_bytes> out_{};
+};
+
+}  // namespace tool
