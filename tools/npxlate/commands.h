@@ -13,6 +13,7 @@ void add_batch(CLI::App& app);
 void add_explain(CLI::App& app);
 void add_roundtrip(CLI::App& app);
 void add_diff(CLI::App& app);
+void add_decode(CLI::App& app);
 void add_layout(CLI::App& app);
 void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);

@@ -1,0 +1,569 @@
+#include "decode/decode.h"
+
+#include <algorithm>
+#include <bit>
+#include <map>
+#include <optional>
+#include <set>
+#include <unordered_map>
+
+#include "catalogue/call.h"
+
+namespace decode {
+namespace {
+
+namespace trace = npxlate::trace;
+
+using forms::Bit;
+using forms::BitId;
+using forms::Diagrams;
+using forms::Node;
+using forms::Space;
+
+bool bit_at(std::span<const std::uint8_t> bytes, std::size_t bit) {
+    return bit / 8 < bytes.size() && (bytes[bit / 8] >> bit % 8 & 1) != 0;
+}
+
+void set_bit(Bytes& bytes, std::size_t bit) { bytes.at(bit / 8) |= static_cast<std::uint8_t>(1U << bit % 8); }
+
+std::size_t count_bits(const Bytes& bytes) {
+    std::size_t count = 0;
+    for (const std::uint8_t byte : bytes) {
+        count += static_cast<std::size_t>(std::popcount(byte));
+    }
+    return count;
+}
+
+// What is known of bits, by their ids.
+class Known {
+public:
+    std::optional<bool> operator()(BitId id) const {
+        const auto found = values_.find(id);
+        return found == values_.end() ? std::nullopt : std::optional{found->second};
+    }
+    // False if the opposite is known already.
+    bool learn(BitId id, bool value) { return values_.emplace(id, value).first->second == value; }
+    const std::unordered_map<BitId, bool>& all() const { return values_; }
+
+private:
+    std::unordered_map<BitId, bool> values_{};
+};
+
+Span span(unsigned first, unsigned width) {
+    return {static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(width)};
+}
+
+// Neighbouring bits in one span, cut into pieces of at most 32 bits.
+std::vector<Span> fields_of(std::vector<BitId> bits) {
+    constexpr unsigned widest = 32;
+    std::ranges::sort(bits);
+    std::vector<Span> fields;
+    for (const BitId id : bits) {
+        const unsigned bit = trace::index_of(id);
+        if (!fields.empty() && fields.back().first_bit + fields.back().width == bit && fields.back().width < widest &&
+            (bit % 8 != 0 || fields.back().first_bit % 8 == 0)) {
+            ++fields.back().width;
+        } else {
+            fields.push_back(span(bit, 1));
+        }
+    }
+    return fields;
+}
+
+}  // namespace
+
+// The forms for one length of the record that comes out, made ready to be solved.
+class Decoder::Solver {
+public:
+    Solver(const Translator& translator, std::int32_t in_length) : forms_{translator, in_length} {
+        for (const Form& form : forms_.all()) {
+            // A record that was refused is on no card.
+            const bool hides = translator.has(catalogue::Trait::hides_failures) && !form.length;
+            if (form.status == NPXLATE_OK && !hides) {
+                plans_.push_back(plan_of(form));
+            }
+        }
+    }
+
+    const Forms& forms() const { return forms_; }
+
+    // The length of the records that the forms make, if they make any.
+    std::optional<std::size_t> out_length() const {
+        for (const Plan& plan : plans_) {
+            if (plan.form->length) {
+                return *plan.form->length;
+            }
+            if (forms_.translator().has(catalogue::Trait::keeps_length)) {
+                return forms_.translator().out().most;
+            }
+        }
+        return std::nullopt;
+    }
+
+    void decode(std::span<const std::uint8_t> record, std::uint32_t argument, std::vector<Candidate>& candidates) {
+        for (const Plan& plan : plans_) {
+            if (!plan.fits(record)) {
+                continue;
+            }
+            if (std::optional<Candidate> candidate = solve(plan, record, argument)) {
+                add(candidates, std::move(*candidate));
+            }
+        }
+    }
+
+    void nearest(std::span<const std::uint8_t> record, std::vector<Refusal>& refusals) {
+        for (const Plan& plan : plans_) {
+            refusals.push_back(contradictions(plan, record));
+        }
+    }
+
+    // What solving asks of the bytes, and so what gives the same answer: kept, since the entries of a card are alike.
+    const Best& best(std::span<const std::uint8_t> record, Best& scratch) {
+        scratch = {};
+        std::vector<Candidate> candidates;
+        decode(record, 0, candidates);
+        if (!candidates.empty()) {
+            const auto first = std::ranges::min_element(candidates, {}, [](const Candidate& one) { return rank(one); });
+            scratch.found = true;
+            scratch.others = candidates.size() - 1;
+            scratch.record = std::move(first->record);
+        }
+        return scratch;
+    }
+
+    // Fewest bits left open first.
+    static std::pair<std::size_t, std::size_t> rank(const Candidate& candidate) {
+        const std::size_t total = 8 * candidate.free.size();
+        return {count_bits(candidate.free), total - count_bits(candidate.determined)};
+    }
+
+private:
+    struct Move {
+        std::uint16_t to;
+        BitId from;
+        bool inverted;
+    };
+    struct Function {
+        std::uint16_t to;
+        Node node;
+    };
+    struct Plan {
+        const Form* form = nullptr;
+        Bytes fixed{};   // the bits that have one value whatever went in
+        Bytes values{};  // and these values
+        std::vector<Move> moves{};
+        std::vector<Function> functions{};
+
+        bool fits(std::span<const std::uint8_t> record) const {
+            for (std::size_t i = 0; i < record.size(); ++i) {
+                if ((record[i] & fixed[i]) != values[i]) {
+                    return false;
+                }
+            }
+            return true;
+        }
+    };
+
+    Plan plan_of(const Form& form) {
+        Diagrams& diagrams = forms_.diagrams();
+        const std::size_t bits = std::max(form.out.size(), 8 * std::size_t{form.length.value_or(0)});
+        Plan plan{.form = &form, .fixed = Bytes((bits + 7) / 8), .values = Bytes((bits + 7) / 8)};
+        const auto fix = [&](std::size_t bit, bool value) {
+            set_bit(plan.fixed, bit);
+            if (value) {
+                set_bit(plan.values, bit);
+            }
+        };
+        for (std::size_t i = 0; i < form.out.size(); ++i) {
+            const Bit& bit = form.out[i];
+            const auto to = static_cast<std::uint16_t>(i);
+            switch (bit.kind) {
+                case Bit::constant:
+                    fix(i, bit.value != 0);
+                    break;
+                case Bit::moved:
+                case Bit::inverted: {
+                    const auto from = static_cast<BitId>(bit.value);
+                    if (trace::space_of(from) == Space::out) {
+                        break;  // as the caller had it
+                    }
+                    const bool inverted = bit.kind == Bit::inverted;
+                    plan.moves.push_back({to, from, inverted});
+                    // What the condition says of the bit is said of this one.
+                    const Node source = diagrams.bit(from);
+                    if (diagrams.implies(form.condition, source)) {
+                        fix(i, !inverted);
+                    } else if (diagrams.both(form.condition, source) == trace::never) {
+                        fix(i, inverted);
+                    }
+                    break;
+                }
+                case Bit::function:
+                    plan.functions.push_back({to, bit.value});
+                    break;
+            }
+        }
+        return plan;
+    }
+
+    // The setting and the fourth argument are what they are.
+    void learn_given(Known& known, std::uint32_t argument) const {
+        for (unsigned bit = 0; bit < 16; ++bit) {
+            known.learn(trace::bit_id(Space::setting, bit), (TX_ADJ_KEY_MAX >> bit & 1) != 0);
+        }
+        static_cast<void>(argument);
+    }
+
+    std::optional<Candidate> solve(const Plan& plan, std::span<const std::uint8_t> record, std::uint32_t argument) {
+        Diagrams& diagrams = forms_.diagrams();
+        Known known;
+        learn_given(known, argument);
+        for (const auto& [to, from, inverted] : plan.moves) {
+            if (!known.learn(from, bit_at(record, to) != inverted)) {
+                return std::nullopt;
+            }
+        }
+        // What the values of functions leave, then what the condition leaves of that.
+        const auto look_up = [&](BitId id) { return known(id); };
+        Node by_bytes = trace::always;
+        for (const auto& [to, node] : plan.functions) {
+            const Node value = diagrams.where(node, look_up);
+            by_bytes = diagrams.both(by_bytes, bit_at(record, to) ? value : diagrams.negation(value));
+            if (by_bytes == trace::never) {
+                return std::nullopt;
+            }
+        }
+        const Node left = diagrams.both(by_bytes, diagrams.where(plan.form->condition, look_up));
+        if (left == trace::never) {
+            return std::nullopt;
+        }
+
+        const std::size_t in_bytes = static_cast<std::size_t>(std::max(forms_.length(), 0));
+        Candidate candidate{.forms = {plan.form}, .of = &forms_};
+        candidate.record.resize(in_bytes);
+        candidate.determined.resize(in_bytes);
+        candidate.chosen.resize(in_bytes);
+        candidate.free.assign(in_bytes, 0xff);
+        const auto take = [&](BitId id, bool value, Bytes* mask) {
+            const std::size_t bit = trace::index_of(id);
+            if (trace::space_of(id) != Space::in || bit >= 8 * in_bytes) {
+                return;
+            }
+            candidate.free[bit / 8] &= static_cast<std::uint8_t>(~(1U << bit % 8));
+            if (mask != nullptr) {
+                set_bit(*mask, bit);
+            }
+            if (value) {
+                set_bit(candidate.record, bit);
+            }
+        };
+        for (const auto& [id, value] : known.all()) {
+            take(id, value, &candidate.determined);
+        }
+        std::map<BitId, bool> way;
+        for (const auto& [id, value] : diagrams.one_way(left)) {
+            way.emplace(id, value);
+        }
+        std::vector<BitId> open;
+        for (const BitId id : diagrams.depends_on(left)) {
+            const bool value = way.contains(id) && way.at(id);
+            const Node same = value ? diagrams.bit(id) : diagrams.negation(diagrams.bit(id));
+            if (diagrams.implies(by_bytes, same)) {
+                take(id, value, &candidate.determined);
+            } else if (diagrams.implies(left, same)) {
+                take(id, value, &candidate.chosen);
+            } else {
+                take(id, value, nullptr);
+                open.push_back(id);
+            }
+        }
+        if (!open.empty()) {
+            candidate.alternatives = alternatives(left, open, candidate);
+        }
+        return gives(candidate, *plan.form, record) ? std::optional{std::move(candidate)} : std::nullopt;
+    }
+
+    // The bits that are left open, in fields that depend on each other.
+    std::vector<std::vector<Alternative>> alternatives(Node left, const std::vector<BitId>& open,
+                                                       const Candidate& candidate) {
+        Diagrams& diagrams = forms_.diagrams();
+        // Whole fields, with the bits of theirs that are determined: the ones that the form computes from.
+        std::vector<Span> fields = fields_of(with_neighbours(open, candidate));
+        const auto bits_of = [](const Span& field) {
+            std::vector<BitId> bits;
+            for (unsigned k = 0; k < field.width; ++k) {
+                bits.push_back(trace::bit_id(Space::in, field.first_bit + k));
+            }
+            return bits;
+        };
+        // What is determined holds.
+        Node all = left;
+        for (const Span& field : fields) {
+            for (const BitId id : bits_of(field)) {
+                const std::size_t bit = trace::index_of(id);
+                if (bit_at(candidate.determined, bit) || bit_at(candidate.chosen, bit)) {
+                    const Node set = diagrams.bit(id);
+                    all = diagrams.both(all, bit_at(candidate.record, bit) ? set : diagrams.negation(set));
+                }
+            }
+        }
+        std::vector<std::vector<Alternative>> result;
+        while (!fields.empty()) {
+            // Fields belong together if the function does not fall apart into one of each.
+            std::vector<Span> group{fields.front()};
+            fields.erase(fields.begin());
+            Node of_group = only(all, group);
+            for (std::size_t i = 0; i < fields.size();) {
+                std::vector<Span> wider = group;
+                wider.push_back(fields[i]);
+                const Node together = only(all, wider);
+                if (together == diagrams.both(of_group, only(all, {fields[i]}))) {
+                    ++i;
+                    continue;
+                }
+                group = std::move(wider);
+                of_group = together;
+                fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(i));
+                i = 0;
+            }
+            std::vector<Alternative> list;
+            Alternative chosen;
+            list_alternatives(of_group, group, 0, chosen, list);
+            result.push_back(std::move(list));
+        }
+        return result;
+    }
+
+    // The open bits and those between them that belong to the same field of the code.
+    std::vector<BitId> with_neighbours(const std::vector<BitId>& open, const Candidate& candidate) {
+        std::set<BitId> bits{open.begin(), open.end()};
+        const auto add = [&](Node node) {
+            std::vector<BitId> depends = forms_.diagrams().depends_on(node);
+            if (std::ranges::any_of(depends, [&](BitId id) { return std::ranges::find(open, id) != open.end(); })) {
+                std::ranges::copy_if(depends, std::inserter(bits, bits.end()),
+                                     [](BitId id) { return trace::space_of(id) == Space::in; });
+            }
+        };
+        for (const Form* form : candidate.forms) {
+            for (const Bit& bit : form->out) {
+                if (bit.kind == Bit::function) {
+                    add(bit.value);
+                }
+            }
+            for (const forms::Answer& answer : form->answers) {
+                add(forms_.questions()[answer.question].node);
+            }
+        }
+        return {bits.begin(), bits.end()};
+    }
+
+    // What the condition says of these fields alone.
+    Node only(Node condition, const std::vector<Span>& fields) {
+        std::vector<BitId> others;
+        for (const BitId id : forms_.diagrams().depends_on(condition)) {
+            const unsigned bit = trace::index_of(id);
+            const bool within = trace::space_of(id) == Space::in &&
+                                std::ranges::any_of(fields, [&](const Span& field) {
+                                    return bit >= field.first_bit && bit < unsigned{field.first_bit} + field.width;
+                                });
+            if (!within) {
+                others.push_back(id);
+            }
+        }
+        return forms_.diagrams().for_some(condition, others);
+    }
+
+    // For each value of the first field what is left for the others; values that leave the same stand together.
+    void list_alternatives(Node condition, const std::vector<Span>& fields, std::size_t index, Alternative& chosen,
+                           std::vector<Alternative>& list) {
+        if (index == fields.size()) {
+            list.push_back(chosen);
+            return;
+        }
+        std::vector<std::pair<Node, std::vector<Range>>> groups;
+        const auto visit = [&](const auto& self, Node node, unsigned bits, std::uint32_t from) -> void {
+            if (node == trace::never) {
+                return;
+            }
+            const auto depends = forms_.diagrams().depends_on(node);
+            const bool of_field = std::ranges::any_of(depends, [&](BitId id) {
+                const unsigned bit = trace::index_of(id);
+                return bit >= fields[index].first_bit && bit < unsigned{fields[index].first_bit} + bits;
+            });
+            if (bits == 0 || !of_field) {
+                auto group = std::ranges::find(groups, node, &std::pair<Node, std::vector<Range>>::first);
+                if (group == groups.end()) {
+                    group = groups.insert(groups.end(), {node, {}});
+                }
+                const auto to = static_cast<std::uint32_t>(from + ((std::uint64_t{1} << bits) - 1));
+                if (!group->second.empty() && group->second.back().second + 1 == from) {
+                    group->second.back().second = to;
+                } else {
+                    group->second.emplace_back(from, to);
+                }
+                return;
+            }
+            const BitId highest = trace::bit_id(Space::in, fields[index].first_bit + bits - 1);
+            self(self, forms_.diagrams().where(node, highest, false), bits - 1, from);
+            self(self, forms_.diagrams().where(node, highest, true), bits - 1, from | std::uint32_t{1} << (bits - 1));
+        };
+        visit(visit, condition, fields[index].width, 0);
+        for (auto& [rest, values] : groups) {
+            chosen.push_back({fields[index], std::move(values)});
+            list_alternatives(rest, fields, index + 1, chosen, list);
+            chosen.pop_back();
+        }
+    }
+
+    // Translated again by the library, it gives these bytes.
+    bool gives(const Candidate& candidate, const Form& form, std::span<const std::uint8_t> record) const {
+        const Translator& translator = forms_.translator();
+        Bytes in = candidate.record;
+        in.reserve(1);
+        Bytes out{record.begin(), record.end()};
+        out.resize(std::max(record.size(), translator.out().most) + 8);
+        constexpr std::uint32_t not_stored = 0xffffffff;
+        std::uint32_t length = not_stored;
+        const std::int32_t status = catalogue::call(translator, in.data(), forms_.length(), out.data(), &length,
+                                                    catalogue::Argument{0});
+        return status == NPXLATE_OK && length == form.length.value_or(not_stored) &&
+               std::equal(record.begin(), record.end(), out.begin());
+    }
+
+    // Forms that differ in nothing that the bytes show are one candidate.
+    static void add(std::vector<Candidate>& candidates, Candidate candidate) {
+        const auto same = std::ranges::find_if(candidates, [&](const Candidate& other) {
+            return other.of == candidate.of && other.record == candidate.record && other.free == candidate.free &&
+                   other.determined == candidate.determined && other.chosen == candidate.chosen &&
+                   other.alternatives.empty() && candidate.alternatives.empty();
+        });
+        if (same == candidates.end()) {
+            candidates.push_back(std::move(candidate));
+        } else {
+            same->forms.push_back(candidate.forms.front());
+        }
+    }
+
+    Refusal contradictions(const Plan& plan, std::span<const std::uint8_t> record) {
+        Diagrams& diagrams = forms_.diagrams();
+        const char letter = forms::out_letter(forms_.translator());
+        Refusal refusal{.form = plan.form};
+        std::map<bool, std::vector<std::uint16_t>> fixed;
+        for (std::size_t bit = 0; bit < 8 * record.size(); ++bit) {
+            if (bit_at(plan.fixed, bit) && bit_at(record, bit) != bit_at(plan.values, bit)) {
+                refusal.contradictions.push_back({{span(static_cast<unsigned>(bit), 1)}, bit_at(plan.values, bit) ? "1" : "0"});
+                ++refusal.bits;
+            }
+        }
+        Known known;
+        learn_given(known, 0);
+        std::map<BitId, std::uint16_t> first_seen;
+        for (const auto& [to, from, inverted] : plan.moves) {
+            if (bit_at(plan.fixed, to)) {
+                known.learn(from, bit_at(plan.values, to) != inverted);
+            } else if (!known.learn(from, bit_at(record, to) != inverted)) {
+                const std::uint16_t other = first_seen.contains(from) ? first_seen[from] : to;
+                refusal.contradictions.push_back(
+                    {{span(to, 1)}, "the same source as " + trace::position(letter, other, 1)});
+                ++refusal.bits;
+            }
+            first_seen.emplace(from, to);
+        }
+        // Values of functions, as far as they stand in one place.
+        const auto look_up = [&](BitId id) { return known(id); };
+        Node left = diagrams.where(plan.form->condition, look_up);
+        for (std::size_t i = 0; i < plan.functions.size();) {
+            std::size_t end = i;
+            Node value = trace::always;
+            do {
+                const Node one = diagrams.where(plan.functions[end].node, look_up);
+                value = diagrams.both(value, bit_at(record, plan.functions[end].to) ? one : diagrams.negation(one));
+                ++end;
+            } while (end < plan.functions.size() && same_place(plan, plan.functions[end].to, plan.functions[end - 1].to));
+            const Node with = diagrams.both(left, value);
+            if (with == trace::never) {
+                const unsigned first = plan.functions[i].to;
+                const unsigned width = plan.functions[end - 1].to - first + 1U;
+                refusal.contradictions.push_back({{span(first, width)}, "another value: no record gives this one"});
+                refusal.bits += width;
+            } else {
+                left = with;
+            }
+            i = end;
+        }
+        if (left == trace::never && refusal.contradictions.empty()) {
+            refusal.contradictions.push_back({{}, "a record for which " + forms::when(forms_, *plan.form)});
+            refusal.bits = 1;
+        }
+        return refusal;
+    }
+
+    static bool same_place(const Plan& plan, std::uint16_t bit, std::uint16_t before) {
+        return bit == before + 1 && plan.form->writers[bit] == plan.form->writers[before];
+    }
+
+    Forms forms_;
+    std::vector<Plan> plans_{};
+};
+
+Decoder::Decoder(const Translator& translator) : translator_{&translator} {
+    for (std::size_t length = translator.in().least; length <= translator.in().most; ++length) {
+        auto solver = std::make_unique<Solver>(translator, static_cast<std::int32_t>(length));
+        if (const std::optional<std::size_t> made = solver->out_length()) {
+            solvers_.emplace_back(*made, std::move(solver));
+        }
+    }
+}
+
+Decoder::~Decoder() = default;
+
+bool Decoder::makes(std::size_t length) const {
+    return std::ranges::any_of(solvers_, [&](const auto& solver) { return solver.first == length; });
+}
+
+std::vector<std::size_t> Decoder::lengths() const {
+    std::set<std::size_t> all;
+    for (const auto& [length, solver] : solvers_) {
+        all.insert(length);
+    }
+    return {all.begin(), all.end()};
+}
+
+Result Decoder::decode(std::span<const std::uint8_t> record, std::uint32_t argument) const {
+    Result result;
+    for (const auto& [length, solver] : solvers_) {
+        if (length == record.size()) {
+            solver->decode(record, argument, result.candidates);
+        }
+    }
+    std::ranges::stable_sort(result.candidates, {}, [](const Candidate& one) { return Solver::rank(one); });
+    if (result.candidates.empty()) {
+        for (const auto& [length, solver] : solvers_) {
+            if (length == record.size()) {
+                solver->nearest(record, result.nearest);
+            }
+        }
+        std::ranges::stable_sort(result.nearest, {}, &Refusal::bits);
+    }
+    return result;
+}
+
+Decoder::Best Decoder::best(std::span<const std::uint8_t> record) const {
+    Best best;
+    for (const auto& [length, solver] : solvers_) {
+        if (length == record.size()) {
+            Best of_length;
+            solver->best(record, of_length);
+            if (of_length.found) {
+                if (!best.found) {
+                    best = std::move(of_length);
+                } else {
+                    best.others += of_length.others + 1;
+                }
+            }
+        }
+    }
+    return best;
+}
+
+}  // namespace decode

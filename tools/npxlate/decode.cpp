@@ -1,0 +1,294 @@
+// npxlate decode: from the record on the card back to what would have to be programmed.
+
+#include "decode/decode.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <fmt/format.h>
+#include <CLI/App.hpp>
+
+#include "explain/explain.h"
+#include "explain/positions.h"
+#include "npxlate/commands.h"
+#include "npxlate/drawing.h"
+#include "npxlate/error.h"
+#include "npxlate/input.h"
+#include "npxlate/lookup.h"
+#include "npxlate/subject.h"
+
+namespace tool {
+namespace {
+
+using catalogue::Role;
+using catalogue::Trait;
+using catalogue::Translator;
+using decode::Alternative;
+using decode::Candidate;
+using decode::Contradiction;
+using decode::Refusal;
+using explain::Span;
+
+struct Options {
+    SubjectOptions subject;
+    RecordSource source;
+    TxAdjKeyMaxOption tx_adj_key_max;
+    bool all = false;
+    bool json = false;
+};
+
+const Mark marks[] = {
+    {'d', fmt::fg(fmt::terminal_color::green), "determined by the bytes"},
+    {'c', fmt::fg(fmt::terminal_color::yellow), "chosen by the form"},
+    {'a', fmt::fg(fmt::terminal_color::magenta), "one of several values"},
+    {'.', fmt::fg(fmt::terminal_color::bright_black), "free: not carried"},
+};
+
+bool has(const Bytes& mask, std::size_t bit) { return (mask.at(bit / 8) >> bit % 8 & 1) != 0; }
+
+std::vector<Span> bits_in(const Bytes& mask) {
+    std::set<std::uint16_t> bits;
+    for (std::size_t bit = 0; bit < 8 * mask.size(); ++bit) {
+        if (has(mask, bit)) {
+            bits.insert(static_cast<std::uint16_t>(bit));
+        }
+    }
+    return explain::spans_of(bits);
+}
+
+std::string names_of(const Candidate& candidate) {
+    std::string names;
+    for (const forms::Form* form : candidate.forms) {
+        names += (names.empty() ? "" : "; or ") + form->name;
+    }
+    return names;
+}
+
+// "1, or 65 to 255"; bits of more than a byte in hex.
+std::string values_text(const decode::Field& field) {
+    return forms::in_words(field.values, field.at.width);
+}
+
+std::string alternative_text(const Alternative& alternative) {
+    std::string text;
+    for (const decode::Field& field : alternative) {
+        text += (text.empty() ? "" : ", ") + explain::position_list('L', {field.at}) + " " + values_text(field);
+    }
+    return text;
+}
+
+Json alternatives_json(const Candidate& candidate) {
+    Json groups = Json::array();
+    for (const std::vector<Alternative>& group : candidate.alternatives) {
+        Json list = Json::array();
+        for (const Alternative& alternative : group) {
+            Json fields = Json::array();
+            for (const decode::Field& field : alternative) {
+                Json ranges = Json::array();
+                for (const auto& [from, to] : field.values) {
+                    ranges.push_back({from, to});
+                }
+                fields.push_back({{"at", explain::position_list('L', {field.at})},
+                                  {"first_bit", field.at.first_bit},
+                                  {"width", field.at.width},
+                                  {"values", std::move(ranges)}});
+            }
+            list.push_back(std::move(fields));
+        }
+        groups.push_back(std::move(list));
+    }
+    return groups;
+}
+
+Json candidate_json(const Candidate& candidate) {
+    Json also = Json::array();
+    for (std::size_t i = 1; i < candidate.forms.size(); ++i) {
+        also.push_back(candidate.forms[i]->name);
+    }
+    return {{"form", candidate.forms.front()->name},
+            {"also", std::move(also)},
+            {"when", forms::when(*candidate.of, *candidate.forms.front())},
+            {"logical", to_hex(candidate.record)},
+            {"determined", to_hex(candidate.determined)},
+            {"chosen", to_hex(candidate.chosen)},
+            {"free", to_hex(candidate.free)},
+            {"alternatives", alternatives_json(candidate)}};
+}
+
+Json to_json(const Translator& translator, const Bytes& record, const decode::Result& result) {
+    Json json = translator_json(translator);
+    json["physical"] = to_hex(record);
+    Json candidates = Json::array();
+    for (const Candidate& candidate : result.candidates) {
+        candidates.push_back(candidate_json(candidate));
+    }
+    json["candidates"] = std::move(candidates);
+    Json nearest = Json::array();
+    for (const Refusal& refusal : result.nearest) {
+        Json contradictions = Json::array();
+        for (const Contradiction& one : refusal.contradictions) {
+            contradictions.push_back({{"at", positions_json('P', one.at)}, {"needs", one.needs}});
+        }
+        nearest.push_back(
+            {{"form", refusal.form->name}, {"bits", refusal.bits}, {"contradictions", std::move(contradictions)}});
+    }
+    json["nearest"] = std::move(nearest);
+    return json;
+}
+
+std::string candidate_text(const Translator& translator, const Candidate& candidate, Style style) {
+    std::string text;
+    constexpr std::size_t about[] = {9};
+    const std::string when = forms::when(*candidate.of, *candidate.forms.front());
+    if (!when.empty() && candidate.forms.size() == 1 && when != candidate.forms.front()->name) {
+        text += line(about, {"when", when});
+    }
+    text += line(about, {"logical", to_hex(candidate.record)});
+    std::vector<std::size_t> kinds;
+    for (std::size_t bit = 0; bit < 8 * candidate.record.size(); ++bit) {
+        kinds.push_back(has(candidate.determined, bit) ? 0
+                        : has(candidate.chosen, bit)   ? 1
+                        : has(candidate.free, bit)     ? 3
+                                                       : 2);
+    }
+    text += grid('L', candidate.record, kinds, marks, style) + legend(kinds, marks, style);
+    constexpr std::size_t columns[] = {18, 20};
+    const explain::Account account = explain::account(translator, candidate.record);
+    for (const explain::Field& field : account.fields) {
+        if (!field.from.empty() && field.kind != explain::Kind::computed) {
+            const std::string to = explain::position_list('P', field.to);
+            text += line(columns, {explain::position_list('L', field.from),
+                                   explain::value_at(candidate.record, field.from),
+                                   "from " + to + (field.text == "copied" ? "" : ", " + field.text) +
+                                       (field.name.empty() ? "" : " (" + field.name + ")")});
+        }
+    }
+    for (const explain::Field& field : account.fields) {
+        if (!field.from.empty() && field.kind == explain::Kind::computed) {
+            text += line(columns, {explain::position_list('L', field.from),
+                                   explain::value_at(candidate.record, field.from),
+                                   "from " + explain::position_list('P', field.to) + ": " + field.text +
+                                       (field.name.empty() ? "" : " (" + field.name + ")")});
+        }
+    }
+    for (const std::vector<Alternative>& group : candidate.alternatives) {
+        constexpr std::size_t most_lines = 8;
+        for (std::size_t i = 0; i < std::min(group.size(), most_lines); ++i) {
+            text += line(about, {i == 0 ? "one of" : "", alternative_text(group[i])});
+        }
+        if (group.size() > most_lines) {
+            text += line(about, {"", fmt::format("and {} more, which --json lists", group.size() - most_lines)});
+        }
+    }
+    if (const std::vector<Span> chosen = bits_in(candidate.chosen); !chosen.empty()) {
+        text += line(about, {"chosen", explain::position_list('L', chosen) + ": " +
+                                           explain::value_at(candidate.record, chosen)});
+    }
+    if (const std::vector<Span> free = bits_in(candidate.free); !free.empty()) {
+        text += line(about, {"free", explain::position_list('L', free)});
+    }
+    return text;
+}
+
+// What a caller of the translator has to know besides.
+std::string notes(const Translator& translator) {
+    std::string text;
+    for (const Trait trait : {Trait::changes_input, Trait::keeps_buffer, Trait::keeps_length}) {
+        if (translator.has(trait)) {
+            text += fmt::format("note: {} {}\n", translator.name, catalogue::words(trait));
+        }
+    }
+    return text;
+}
+
+std::string refusal_text(const Refusal& refusal) {
+    constexpr std::size_t hanging[] = {2};
+    std::string needs;
+    for (const Contradiction& one : refusal.contradictions) {
+        needs += (needs.empty() ? "" : ", ");
+        needs += one.at.empty()                              ? one.needs
+                 : one.needs == "0" || one.needs == "1" ? explain::position_list('P', one.at) + " = " + one.needs
+                                                        : explain::position_list('P', one.at) + " " + one.needs;
+    }
+    return line(hanging, {"", fmt::format("{} needs {}", refusal.form->name, needs)});
+}
+
+std::string to_text(const Translator& translator, const decode::Result& result, bool all, Style style) {
+    constexpr std::size_t hanging[] = {0};
+    std::string text = heading(describe(translator), style);
+    for (std::size_t i = 0; i < result.candidates.size(); ++i) {
+        const Candidate& candidate = result.candidates[i];
+        if (i == 0 || all) {
+            std::string title = line(hanging, {"", names_of(candidate)});
+            title.pop_back();
+            text += (i == 0 ? "" : "\n") + heading(title, style) + candidate_text(translator, candidate, style);
+        } else if (i == 1) {
+            text += fmt::format("\n{} other form{} can have made these bytes, too (--all shows {}):\n",
+                                result.candidates.size() - 1, result.candidates.size() == 2 ? "" : "s",
+                                result.candidates.size() == 2 ? "it" : "them");
+        }
+        constexpr std::size_t most_others = 6;
+        if (i > 0 && !all && i <= most_others) {
+            constexpr std::size_t indented[] = {2};
+            text += line(indented, {"", names_of(candidate)});
+        }
+    }
+    return text + notes(translator);
+}
+
+void run(const Options& options) {
+    const Translator& translator = options.subject.find();
+    if (translator.role == Role::reverse) {
+        throw WrongInput{fmt::format(
+            "{} reads records back: expected a key or a result translator, whose records are on the card",
+            translator.name)};
+    }
+    options.tx_adj_key_max.apply();
+    const Bytes record = read_record(options.source);
+    const decode::Decoder decoder{translator};
+    if (!decoder.makes(record.size())) {
+        const std::vector<std::size_t> lengths = decoder.lengths();
+        const std::string expected =
+            lengths.empty() ? "none: the translator makes no records"
+            : lengths.size() == 1 || lengths.back() - lengths.front() + 1 != lengths.size()
+                ? fmt::format("{}", fmt::join(lengths, ", "))
+                : fmt::format("{} to {}", lengths.front(), lengths.back());
+        throw WrongInput{fmt::format("{} bytes: {} makes records of other lengths: expected {}", record.size(),
+                                     translator.name, expected)};
+    }
+    const decode::Result result = decoder.decode(record);
+    if (options.json) {
+        print_json(to_json(translator, record, result));
+    } else if (!result.candidates.empty()) {
+        print(to_text(translator, result, options.all, style_of_stdout()));
+    }
+    if (result.candidates.empty()) {
+        constexpr std::size_t most_told = 3;
+        std::string told = fmt::format("{} gives these bytes for no record. Nearest:\n", translator.name);
+        for (std::size_t i = 0; i < std::min(result.nearest.size(), options.all ? result.nearest.size() : most_told);
+             ++i) {
+            told += refusal_text(result.nearest[i]);
+        }
+        told.pop_back();
+        throw NotDone{told};
+    }
+}
+
+}  // namespace
+
+void add_decode(CLI::App& app) {
+    CLI::App* const command =
+        app.add_subcommand("decode", "Find what would have to be programmed to get a record of the card");
+    command->footer(
+        "Every record that is shown gives just these bytes; bits that never reach the card are free.\n"
+        "Example: npxlate decode 4 9100000000000d230a00000142000000");
+    const auto options = std::make_shared<Options>();
+    options->subject.add_to(*command);
+    add_record_source(*command, options->source);
+    options->tx_adj_key_max.add_to(*command);
+    command->add_flag("--all", options->all, "Every candidate in full");
+    command->add_flag("--json", options->json, "The same as JSON");
+    command->callback([options] { run(*options); });
+}
+
+}  // namespace tool
