@@ -475,7 +475,7 @@ NPXLATE_API int32_t lag_info_type_xlate_result(const void *logical, int32_t logi
 /* Member information read back: 8 bytes to 12. Restores the member count L4 and nothing else. */
 NPXLATE_API int32_t lag_info_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Protected bundle: table 102 ---- */
+/* ---- Protected link-aggregation bundle: table 102 ---- */
 
 /* Protected bundle key: 3 bytes to 3, copied. */
 NPXLATE_API int32_t prot_lag_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -1239,7 +1239,7 @@ NPXLATE_API int32_t remote_punt_xlate_key(const void *logical, int32_t logical_l
 NPXLATE_API int32_t remote_punt_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* ---- SPAN forwarding: table 22; sampling information: table 69 ---- */
+/* ---- SPAN forwarding (mirroring): table 22; sampling information: table 69 ---- */
 
 /* SPAN forwarding, table 22: where a mirrored packet goes. Key: 4 bytes to 3; L1 is not carried. Result: 28 bytes to
  * 32; L4.7-3, L5-7, L16-17, L21-23 and L27 are not carried, the address in L8-13 and the value in L14-15 only when L4.2
