@@ -427,10 +427,10 @@ NPXLATE_API int32_t nr_ldi_entry_st_xlate_key(const void *logical, int32_t logic
 NPXLATE_API int32_t nr_ldi_entry_st_result(const void *logical, int32_t logical_length, void *physical,
                                            uint32_t *physical_length);
 
-/* Non-recursive load-distribution entry read back: 32 bytes to 168, as a protected path if P1.3 is set and as the
- * plain form otherwise. The label array, the recursive form, L2, L3, L56-64 and L148-166 are not restored. L0.2 is
- * P1.5, which L2.4 and L2.7 set. L0.0,
- * L0.1 and L0.7 are set by the flag of a label, too. L132-135 returns in another order: P31, P19, P20, P21. */
+/* Non-recursive load-distribution entry read back: 32 bytes to 168, as a protected path if P1.3 is set and as the plain
+ * form otherwise. The label array, the recursive form, L2, L3, L56-64 and L148-166 are not restored. L0.2 is P1.5,
+ * which L2.4 and L2.7 set. L0.0, L0.1 and L0.7 are set by the flag of a label, too. L132-135 returns in another order:
+ * P31, P19, P20, P21. */
 NPXLATE_API int32_t nr_ldi_entry_st_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
 /* ---- MPLS leaf: table 28 ---- */
@@ -441,8 +441,8 @@ NPXLATE_API int32_t mpls_leaf_st_xlate_key(const void *logical, int32_t logical_
 
 /* MPLS leaf result: 90 bytes to 32, in one of twelve variants: the first of L0.4, L0.6, L0.7, L2.4, L4.5, L0.2, L4.6,
  * L4.4, L1.6, L0.3, L0.5 and L1.7 that is set. With none of them set, the fields that all variants share stand alone.
- * P3 is the hop byte of L6, as in the IP leaf; in the variant of L0.2 it is L21.3-0 and L17.3-0 instead. Read
- * back by the generic reverse. */
+ * P3 is the hop byte of L6, as in the IP leaf; in the variant of L0.2 it is L21.3-0 and L17.3-0 instead. Read back by
+ * the generic reverse. */
 NPXLATE_API int32_t mpls_leaf_st_result(const void *logical, int32_t logical_length, void *physical,
                                         uint32_t *physical_length);
 
@@ -475,7 +475,7 @@ NPXLATE_API int32_t lag_info_type_xlate_result(const void *logical, int32_t logi
 /* Member information read back: 8 bytes to 12. Restores the member count L4 and nothing else. */
 NPXLATE_API int32_t lag_info_type_logical_xlate_result(const void *physical, int32_t physical_length, void *logical);
 
-/* ---- Protected bundle: table 102 ---- */
+/* ---- Protected link-aggregation bundle: table 102 ---- */
 
 /* Protected bundle key: 3 bytes to 3, copied. */
 NPXLATE_API int32_t prot_lag_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
@@ -991,11 +991,10 @@ NPXLATE_API int32_t velox_esi_info_type_xlate_key(const void *logical, int32_t l
 NPXLATE_API int32_t velox_esi_info_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                      uint32_t *physical_length);
 
-/* And back, 8 bytes to 8 or 12, with a fourth argument: the logical key (8 bytes) of the entry, because the physical
- * record does not tell the two forms apart. With 0xff in its byte 7: clears 8 bytes, fills L4-7 and sets L1.0 to P0.0
- * (1 in every entry written by the result translator); L0, by which the result translator knows the form, comes back as
- * 0. With any other value: handed to msti_info_logical_res_xlate, which fills 12 bytes. Only byte 7 of the key is read.
- * */
+/* And back, 8 bytes to 8 or 12, with a fourth argument: the logical key (8 bytes) of the entry, as the physical record
+ * does not tell the two forms apart. With 0xff in its byte 7: clears 8 bytes, fills L4-7 and sets L1.0 to P0.0 (1 in
+ * every entry written by the result translator); L0, by which the result translator knows the form, comes back as 0.
+ * With any other value: handed to msti_info_logical_res_xlate, which fills 12 bytes. Of the key only byte 7 is read. */
 NPXLATE_API int32_t esi_info_logical_res_xlate(const void *physical, int32_t physical_length, void *logical,
                                                const void *logical_key);
 
@@ -1120,15 +1119,15 @@ NPXLATE_API int32_t lisp_instance_to_vrf_xlate_key(const void *logical, int32_t 
 NPXLATE_API int32_t lisp_instance_to_vrf_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                       uint32_t *physical_length);
 
-/* GRE encapsulation. Key, 3 bytes to 3: a 24-bit value made big-endian. Result, 32 bytes to 32: L1-31 as
- * they are; L0 is not carried. */
+/* GRE encapsulation. Key, 3 bytes to 3: a 24-bit value made big-endian. Result, 32 bytes to 32: L1-31 as they are; L0
+ * is not carried. */
 NPXLATE_API int32_t gre_encap_type_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 NPXLATE_API int32_t gre_encap_type_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 
-/* GRE interface to protocol. Key, 6 bytes to 6: the same bytes. Result, 4 bytes to 8: the 24-bit value
- * L1-3 made big-endian; L0 is not carried. */
+/* GRE interface to protocol. Key, 6 bytes to 6: the same bytes. Result, 4 bytes to 8: the 24-bit value L1-3 made
+ * big-endian; L0 is not carried. */
 NPXLATE_API int32_t gre_ifh_2_proto_index_xlate(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 NPXLATE_API int32_t gre_ifh_2_proto_result_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -1152,14 +1151,14 @@ NPXLATE_API int32_t ent_h_l2tpv3ov6_tun_str_xlate_result(const void *logical, in
 
 /* ---- QoS string: by name; hierarchical-QoS hash: table 3; flow-QoS hash: by name ---- */
 
-/* QoS string, 36 bytes to 32: twelve marking values in two groups (L8-16 and L18-26), each tagged with a code
- * for the kind of marking it sets. The kinds of a group's first pair make its 16-bit kind mask (P12-13, P24-25) and
- * order the pair: when the bit that the second code adds is above the first code's, the mask read least significant
- * byte first, the two values change places; so they do when only the second code has a bit in the mask. They change
- * places before a code of 15 blanks its place: with 15 as the first code and a second code that has a bit in the mask,
- * the second place holds the first value and the second is lost; with a second code without one (10, 12 or 13) the
- * first is lost. The shifts of the first pair's kinds serve all three pairs; six bits of a shifted value are carried.
- * L0.7-6, L1.2-0, L2.7-5, L3, L7.6, L17.6, L31.7-3 and L31.1 are not carried. */
+/* QoS string, 36 bytes to 32: twelve marking values in two groups (L8-16 and L18-26), each tagged with a code for the
+ * kind of marking it sets. The kinds of a group's first pair make its 16-bit kind mask (P12-13, P24-25) and order the
+ * pair: when the bit that the second code adds is above the first code's, the mask read least significant byte first,
+ * the two values change places; so they do when only the second code has a bit in the mask. They change places before a
+ * code of 15 blanks its place: with 15 as the first code and a second code that has a bit in the mask, the second place
+ * holds the first value and the second is lost; with a second code without one (10, 12 or 13) the first is lost. The
+ * shifts of the first pair's kinds serve all three pairs; six bits of a shifted value are carried. L0.7-6, L1.2-0,
+ * L2.7-5, L3, L7.6, L17.6, L31.7-3 and L31.1 are not carried. */
 NPXLATE_API int32_t qos_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
@@ -1171,9 +1170,9 @@ NPXLATE_API int32_t h_qos_ez_xlate_hash_key(const void *logical, int32_t logical
 NPXLATE_API int32_t h_qos_ez_xlate_hash_result(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 
-/* Flow-QoS hash. Key: 24 bytes to 24, copied but for L22 and L23.4-0, which stand as 0. Result: 16 bytes to
- * 16, into a buffer that the caller has prepared: it is not cleared and gets no header; P0.5, P0.3-0, P3 and P7 stay as
- * they are. */
+/* Flow-QoS hash. Key: 24 bytes to 24, copied but for L22 and L23.4-0, which stand as 0. Result: 16 bytes to 16, into a
+ * buffer that the caller has prepared: it is not cleared and gets no header; P0.5, P0.3-0, P3 and P7 stay as they
+ * are. */
 NPXLATE_API int32_t flow_qos_hash_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                                uint32_t *physical_length);
 NPXLATE_API int32_t flow_qos_hash_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
@@ -1181,8 +1180,8 @@ NPXLATE_API int32_t flow_qos_hash_st_xlate_result(const void *logical, int32_t l
 
 /* ---- ACL statistics hash: table 41; scaled-ACL key: table 94; scaled-ACL leaf: table 96 ---- */
 
-/* ACL statistics hash, table 41. Key: 8 bytes to 8, copied. Result: 4 bytes to 16. Read back, 16 bytes to 5: L0
- * is not restored, L0 and L4 are 0. */
+/* ACL statistics hash, table 41. Key: 8 bytes to 8, copied. Result: 4 bytes to 16. Read back, 16 bytes to 5: L0 is not
+ * restored, L0 and L4 are 0. */
 NPXLATE_API int32_t acl_ez_stats_hash_key_xlate(const void *logical, int32_t logical_length, void *physical,
                                                 uint32_t *physical_length);
 NPXLATE_API int32_t acl_ez_stats_hash_result_st_xlate(const void *logical, int32_t logical_length, void *physical,
@@ -1211,8 +1210,8 @@ NPXLATE_API int32_t scale_acl_leaf_xlate_result(const void *logical, int32_t log
 NPXLATE_API int32_t edpl_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                           uint32_t *physical_length);
 
-/* ICU source port, table 44. Key: 1 byte to 1, copied. Result: 2 bytes to 8, byte order kept. Read back in
- * full, 8 bytes to 2; the reverse translator returns NPXLATE_INVALID and writes nothing unless physical_length is 8. */
+/* ICU source port, table 44. Key: 1 byte to 1, copied. Result: 2 bytes to 8, byte order kept. Read back in full, 8
+ * bytes to 2; the reverse translator returns NPXLATE_INVALID and writes nothing unless physical_length is 8. */
 NPXLATE_API int32_t icu_src_port_st_xlate_key(const void *logical, int32_t logical_length, void *physical,
                                               uint32_t *physical_length);
 NPXLATE_API int32_t icu_src_port_st_xlate_result(const void *logical, int32_t logical_length, void *physical,
@@ -1239,7 +1238,7 @@ NPXLATE_API int32_t remote_punt_xlate_key(const void *logical, int32_t logical_l
 NPXLATE_API int32_t remote_punt_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                              uint32_t *physical_length);
 
-/* ---- SPAN forwarding: table 22; sampling information: table 69 ---- */
+/* ---- SPAN forwarding (mirroring): table 22; sampling information: table 69 ---- */
 
 /* SPAN forwarding, table 22: where a mirrored packet goes. Key: 4 bytes to 3; L1 is not carried. Result: 28 bytes to
  * 32; L4.7-3, L5-7, L16-17, L21-23 and L27 are not carried, the address in L8-13 and the value in L14-15 only when L4.2
@@ -1263,14 +1262,14 @@ NPXLATE_API int32_t sample_nf_info_st_xlate_result(const void *logical, int32_t 
 
 /* ---- Policy-based-routing string: by name; platform-FIB record: by name ---- */
 
-/* Policy-based-routing string, 34 bytes to 32, without clearing: sets the header bits P0.4 and P0.0, leaves
- * the other bits of P0, P1.7 and P6 as they are. P3-5 is 0 and L2-3 when L1.0 is set, otherwise L4-6. L0, L1.4 and L7
- * are not carried. */
+/* Policy-based-routing string, 34 bytes to 32, without clearing: sets the header bits P0.4 and P0.0, leaves the other
+ * bits of P0, P1.7 and P6 as they are. P3-5 is 0 and L2-3 when L1.0 is set, otherwise L4-6. L0, L1.4 and L7 are not
+ * carried. */
 NPXLATE_API int32_t pbr_str_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                          uint32_t *physical_length);
 
-/* Platform-FIB record, without out-length, 32 bytes to 32, copied in place without clearing: P0.6 and P22-24
- * stay as they are, P0.4-0 becomes the header 0x11. */
+/* Platform-FIB record, without out-length, 32 bytes to 32, copied in place without clearing: P0.6 and P22-24 stay as
+ * they are, P0.4-0 becomes the header 0x11. */
 NPXLATE_API int32_t pifib_ez_xlate_result(const void *logical, int32_t logical_length, void *physical);
 
 /* ---- Service configuration: table 88; external service: table 89; service node: by name; common flow: by name ---- */
@@ -1293,9 +1292,9 @@ NPXLATE_API int32_t rx_service_node_xlate_hash_key(const void *logical, int32_t 
 NPXLATE_API int32_t rx_service_node_xlate_result(const void *logical, int32_t logical_length, void *physical,
                                                  uint32_t *physical_length);
 
-/* Common flow. Key: 32 bytes to 32: L0-3 and L4-7 big-endian, L21-31 copied, L8-20 not carried. Result: 32
- * bytes to 32, copied but for the header in P0.4-0; L0.6, L1 except bits 6 and 4, and L6 are not carried, and L1.4 is
- * ORed into P7.7 as well. */
+/* Common flow. Key: 32 bytes to 32: L0-3 and L4-7 big-endian, L21-31 copied, L8-20 not carried. Result: 32 bytes to 32,
+ * copied but for the header in P0.4-0; L0.6, L1 except bits 6 and 4, and L6 are not carried, and L1.4 is ORed into P7.7
+ * as well. */
 NPXLATE_API int32_t rx_common_flow_key(const void *logical, int32_t logical_length, void *physical,
                                        uint32_t *physical_length);
 NPXLATE_API int32_t rx_common_flow_xlate_result(const void *logical, int32_t logical_length, void *physical,

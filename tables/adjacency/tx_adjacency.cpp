@@ -18,7 +18,6 @@ constexpr Layout address_pair{
 };
 
 constexpr Layout common{
-    "variants T1 to T6",
     bit(P(0, 6), L(0, 5)),
     bit(P(0, 5), L(0, 6)),
     constant(P(0, 4, 0), result_header),
@@ -64,7 +63,7 @@ constexpr Layout t1_queue{
 };
 
 constexpr Layout t1_triple{
-    "variant T1, triple",
+    "triple",
     copied(P(14), L(28), 3),
 };
 
@@ -137,12 +136,12 @@ constexpr Layout t6{
 };
 
 constexpr Layout t6_triple{
-    "variant T6, triple",
+    "triple",
     copied(P(22), L(20), 3),
 };
 
 constexpr Layout t4_t6_value{
-    "variants T4 and T6, 16-bit value",
+    "16-bit value",
     swapped(P(14), L(88), 2),
 };
 
@@ -206,7 +205,7 @@ constexpr Layout restored_others{
 };
 
 constexpr Layout restored_others_triple{
-    "variant T6, triple",
+    "triple",
     copied(L(20), P(22), 3),
 };
 

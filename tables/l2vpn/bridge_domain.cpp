@@ -58,12 +58,10 @@ constexpr Layout common{
 };
 
 constexpr Layout from_l68{
-    "24-bit value",
     copied(P(11), L(68), 3),
 };
 
 constexpr Layout from_l56{
-    "24-bit value",
     copied(P(11), L(56), 3),
 };
 
@@ -74,7 +72,6 @@ constexpr Layout from_l83{
 };
 
 constexpr Layout l2_1_set{
-    "16-bit value",
     copied(P(14), L(52), 2),
     constant(P(16), 0),
 };
@@ -87,7 +84,6 @@ constexpr Layout two_nine_bit_values{
 };
 
 constexpr Layout from_l72{
-    "24-bit value",
     copied(P(17), L(72), 3),
 };
 
@@ -132,12 +128,10 @@ constexpr Layout restored{
 };
 
 constexpr Layout restored_to_l68{
-    "24-bit value",
     copied(L(68), P(11), 3),
 };
 
 constexpr Layout restored_to_l56{
-    "24-bit and 16-bit value",
     copied(L(52), P(14), 3),
     copied(L(56), P(11), 3),
 };
@@ -156,7 +150,6 @@ constexpr Layout restored_two_nine_bit_values{
 };
 
 constexpr Layout restored_to_l72{
-    "24-bit value",
     copied(L(72), P(17), 3),
 };
 

@@ -37,7 +37,7 @@ constexpr Layout variant_a{
 };
 
 constexpr Layout variant_b{
-    "variant B, two labels",
+    "variant B",
     bit(P(0, 7), L(0, 6)),
     bit(P(1, 1), L(0, 5)),
     bit(P(3, 3), L(1, 4)),
@@ -77,7 +77,7 @@ constexpr Layout restored{
 constexpr Layout restored_a = mirrored(variant_a);
 
 constexpr Layout restored_b{
-    "variant B, two labels",
+    "variant B",
     bit(L(0, 5), P(1, 1)),
     bit(L(0, 6), P(0, 7)),
     bit(L(1, 4), P(3, 3)),

@@ -27,7 +27,6 @@ constexpr Function selector_of_bits{
 };
 
 constexpr Layout flags{
-    "flags",
     bit(P(0, 5), L(0, 6)),
     constant(P(0, 4, 0), result_header),
     bit(P(1, 2), L(4, 4)),
@@ -51,7 +50,6 @@ constexpr Layout flags{
 };
 
 constexpr Layout types_1_2{
-    "types 1 and 2",
     inverted(P(1, 0), L(1, 1)),
     copied(P(4), L(56), 2),
     copied(P(6), L(60), 2),
@@ -124,7 +122,7 @@ constexpr Layout type_7{
 
 // Only the first of the two labels carries a marker.
 constexpr Layout types_9_10{
-    "types 9 and 10, two labels",
+    "types 9 and 10",
     inverted(P(1, 0), L(1, 1)),
     constant(P(1, 1), 1),
     constant(P(2, 6), 1),
@@ -139,7 +137,6 @@ constexpr Layout types_9_10{
 };
 
 constexpr Layout types_9_10_summary{
-    "types 9 and 10, summary bit",
     any(P(22, 7), L(3, 5, 4)),
 };
 
@@ -149,7 +146,7 @@ constexpr Layout type_10{
 };
 
 constexpr Layout type_11{
-    "type 11, selector",
+    "type 11",
     copied(P(4), L(56), 3),
     copied(P(8), L(68), 3),
     copied(P(11), L(64), 4),
@@ -159,7 +156,6 @@ constexpr Layout type_11{
 };
 
 constexpr Layout tail_l1_5_set{
-    "tail",
     copied(P(16), L(44), 2),
     constant(P(18), 0),
     copied(P(19), L(28), 3),
@@ -170,13 +166,11 @@ constexpr Layout tail_l1_5_set{
 };
 
 constexpr Layout tail_l1_5_clear{
-    "tail",
     copied(P(16), L(40), 4),
     mapped(P(20, 7), L(12), 4, three_or_four),
 };
 
 constexpr Layout tail{
-    "tail",
     bit(P(26, 6), L(2, 4)),
     bit(P(26, 5), L(3, 0)),
     bit(P(26, 2), L(2, 0)),
@@ -189,7 +183,6 @@ constexpr Layout tail{
 // The reverse goes by the marks, takes L3.2 from one of them, and leaves out L2.7, L12-15 and what P2.0 and P2.1 sum
 // up; all of it intended.
 constexpr Layout restored_flags{
-    "flags",
     bit(L(0, 0), P(3, 3)),
     bit(L(0, 1), P(3, 4)),
     bit(L(0, 2), P(1, 4)),
@@ -220,7 +213,6 @@ constexpr Layout restored_flags{
 };
 
 constexpr Layout restored_1_2{
-    "types 1 and 2",
     bit(L(3, 4), P(30, 7)),
     bit(L(3, 5), P(30, 6)),
     bit(L(3, 6), P(30, 5)),
@@ -243,7 +235,6 @@ constexpr Layout restored_2{
 };
 
 constexpr Layout restored_3_4{
-    "types 3 and 4",
     bit(L(3, 4), P(30, 7)),
     bit(L(3, 5), P(30, 6)),
     bit(L(3, 6), P(30, 5)),
@@ -255,13 +246,13 @@ constexpr Layout restored_3_4{
 };
 
 constexpr Layout restored_3_4_label{
-    "types 3 and 4, label",
+    "label",
     label(L(60), P(7)).named("label"),
     copied(L(72), P(10), 2),
 };
 
 constexpr Layout restored_3_4_value{
-    "types 3 and 4, 20-bit value",
+    "20-bit value",
     run(L(64, 0), P(7, 0), 20),
 };
 
@@ -276,7 +267,6 @@ constexpr Layout restored_4{
 };
 
 constexpr Layout restored_9_10{
-    "types 9 and 10, two labels",
     bit(L(3, 4), P(22, 7)),
     bit(L(3, 5), P(22, 7)),
     copied(L(56), P(13)),
@@ -300,7 +290,7 @@ constexpr Layout restored_10{
 };
 
 constexpr Layout restored_11{
-    "type 11, selector",
+    "type 11",
     bit(L(3, 4), P(30, 7)),
     bit(L(3, 5), P(30, 6)),
     constant(L(8), 11),
@@ -311,7 +301,6 @@ constexpr Layout restored_11{
 };
 
 constexpr Layout restored_5_6_7{
-    "types 5, 6 and 7",
     copied(L(56), P(4), 3),
 };
 
@@ -331,7 +320,6 @@ constexpr Layout restored_7{
 };
 
 constexpr Layout restored_p26_4_set{
-    "tail",
     copied(L(24), P(31)),
     copied(L(28), P(19), 3),
     bits(L(32, 1, 0), P(22, 1, 0)),
@@ -340,7 +328,6 @@ constexpr Layout restored_p26_4_set{
 };
 
 constexpr Layout restored_p26_4_clear{
-    "tail",
     copied(L(40), P(16), 4),
 };
 

@@ -57,7 +57,6 @@ constexpr Layout common{
 };
 
 constexpr Layout destination{
-    "destination",
     bit(P(0, 7), L(7, 5)),
     bit(P(0, 6), L(7, 6)),
     copied(P(12), L(4), 4).named("destination"),
@@ -114,7 +113,6 @@ constexpr Layout variant_4_marked{
 };
 
 constexpr Layout variant_4_byte{
-    "variant 4, byte",
     copied(P(25), L(42)),
 };
 
@@ -150,7 +148,6 @@ constexpr Layout restored{
 };
 
 constexpr Layout restored_destination{
-    "destination",
     copied(L(4), P(12), 4).named("destination"),
 };
 

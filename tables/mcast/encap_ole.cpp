@@ -59,7 +59,6 @@ constexpr Layout type_4{
 };
 
 constexpr Layout all_types{
-    "types 1 to 4",
     swapped(P(12), L(24), 2),
     swapped(P(14), L(26), 2),
     swapped(P(16), L(28), 4),

@@ -60,7 +60,7 @@ constexpr Layout type_4{
 };
 
 constexpr Layout other_types{
-    "type 1 and unknown types",
+    "default variant",
     copied(P(4), L(12), 2),
     copied(P(6), L(36), 2),
     copied(P(12), L(56), 4),

@@ -80,7 +80,6 @@ constexpr Layout type_4{
 
 // Not restored; intended.
 constexpr Layout type_4_label_flag{
-    "type 4, flag of the label",
     bit(P(24, 0), L(36, 0)),
 };
 

@@ -38,7 +38,6 @@ constexpr Layout transmit_key_kept{
 };
 
 constexpr Layout header{
-    "BFD header",
     bits(P(0, 7, 5), L(0, 7, 5)),
     constant(P(0, 4), 1),
     bits(P(0, 3, 1), L(0, 3, 1)),
@@ -96,7 +95,6 @@ constexpr Layout discriminator{
 // The reverses keep other bits of byte 0 than the results, swap nothing back, and know neither discriminator entries
 // nor their type in P7; all of it intended.
 constexpr Layout restored_header{
-    "BFD header",
     bits(L(0, 7, 4), P(0, 7, 4)),
     bit(L(0, 0), P(0, 0)),
 };

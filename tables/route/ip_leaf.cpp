@@ -48,7 +48,7 @@ constexpr Layout l0_0_clear{
 };
 
 constexpr Layout variant_a{
-    "variant A, label stack",
+    "variant A",
     label(P(4), L(8), L(12, 0)).repeated(4, P(3), L(5)).named("label"),
     copied(P(16), L(28), 3),
     label_bits(P(22), L(44)).named("label"),
@@ -70,14 +70,13 @@ constexpr Layout variant_a_l32{
 };
 
 constexpr Layout variant_c{
-    "variant C, next hop",
+    "variant C",
     copied(P(4), L(8), 3),
     copied(P(7), L(16), 2),
 };
 
 template <unsigned value, unsigned flags>
 constexpr Layout next_hop{
-    "variant C, next-hop flags",
     constant(P(2, 1), 1),
     bit(P(28, 3), L(flags, 1)).named("next-hop flag"),
     bit(P(28, 2), L(flags, 2)).named("next-hop flag"),
@@ -100,7 +99,6 @@ constexpr Layout next_hop_19_bits{
 };
 
 constexpr Layout shared_tail{
-    "tail",
     copied(P(25), L(51)),
     copied(P(26), L(48)),
     bit(P(27, 5), L(49, 4)),
@@ -168,7 +166,7 @@ constexpr Layout restored{
 };
 
 constexpr Layout restored_a{
-    "variant A, label stack",
+    "variant A",
     copied(L(6), P(28)),
     label(L(8), P(4), L(12, 0)).repeated(4, L(5), P(3)).named("label"),
     copied(L(28), P(16), 3),

@@ -29,7 +29,6 @@ constexpr Layout label_array{
 };
 
 constexpr Layout flags{
-    "flags",
     bit(P(0, 6), L(0, 5)),
     bit(P(1, 7), L(0, 7)),
     bit(P(2, 7), L(1, 4)),
@@ -86,7 +85,7 @@ constexpr Layout recursive_queue{
 };
 
 constexpr Layout recursive_triple{
-    "recursive form, triple",
+    "triple",
     copied(P(14), L(144), 3),
 };
 
@@ -141,7 +140,6 @@ constexpr Layout plain_one_triple{
 };
 
 constexpr Layout first_label{
-    "first label",
     label(P(16), L(8), L(0, 0)).named("label"),
 };
 

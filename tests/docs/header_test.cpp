@@ -325,9 +325,10 @@ TEST(Header, SaysWhatACallerMustKnow) {
     }
 }
 
-TEST(Header, AndTheContractWordEachStatusAsTheToolDoes) {
+TEST(Header, AndThePagesWordEachStatusAsTheToolDoes) {
     const std::string text = contents(NPXLATE_HEADER);
     const std::string contract = contents(NPXLATE_CONTRACT);
+    const std::string manual = contents(NPXLATE_MANUAL);
     for (const std::int32_t status : {NPXLATE_OK, NPXLATE_INVALID, NPXLATE_OUT_OF_RANGE, NPXLATE_NOT_SUPPORTED}) {
         const std::string name{catalogue::status_name(status)};
         const std::string words{catalogue::status_words(status)};
@@ -335,6 +336,9 @@ TEST(Header, AndTheContractWordEachStatusAsTheToolDoes) {
             says(text, name + " = " + std::to_string(status) + ", +/\\* ([a-z0-9_]+ only: )?" + words + " \\*/"))
             << name;
         EXPECT_NE(contract.find("| " + std::to_string(status) + " | `" + name + "` | " + words), std::string::npos)
+            << name;
+        EXPECT_NE(manual.find(".It Dv " + name + "\n" + std::to_string(status) + ": " + words + ".\n"),
+                  std::string::npos)
             << name;
     }
 }

@@ -39,7 +39,7 @@ if complete_words npxlate result span_ | grep -v '^span_' >/dev/null; then
     echo "Completes to what does not start with span_." >&2
     exit 1
 fi
-COMP_TYPE=63 offers "22  SPAN forwarding" npxlate result 2
+COMP_TYPE=63 offers "22  SPAN forwarding (mirroring)" npxlate result 2
 if command -v zsh >/dev/null; then
     zsh -n "$packaging/completions/_npxlate"
 fi

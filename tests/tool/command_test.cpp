@@ -326,7 +326,8 @@ TEST(Tables, ListsEveryTableWithin80Columns) {
         rows += std::regex_match(line, of_table) ? 1 : 0;
     }
     EXPECT_EQ(rows, 3U * NPXLATE_TABLE_COUNT);
-    EXPECT_NE(outcome.out.find("\n   22  SPAN forwarding\n   22  key     span_fwd_st_xlate_key "), std::string::npos);
+    EXPECT_NE(outcome.out.find("\n   22  SPAN forwarding (mirroring)\n   22  key     span_fwd_st_xlate_key "),
+              std::string::npos);
     EXPECT_NE(outcome.out.find("\n    -  modulo\n    -  key     modulo_xlate_key "), std::string::npos);
     EXPECT_TRUE(std::regex_search(outcome.out, std::regex{"\n +8  result  lag_type_xlate_result +14 +16\n"}));
     EXPECT_TRUE(std::regex_search(outcome.out, std::regex{"\n +-  result  modulo_xlate_result +8 +16\n"}));
