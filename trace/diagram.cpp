@@ -82,11 +82,23 @@ Node Diagrams::where(Node a, const std::function<std::optional<bool>(BitId)>& kn
     return visit(a);
 }
 
-Node Diagrams::for_some(Node a, const std::vector<BitId>& bits) {
-    for (const BitId id : bits) {
-        a = either(where(a, id, false), where(a, id, true));
-    }
-    return a;
+Node Diagrams::for_some(Node a, const std::function<bool(BitId)>& bits) {
+    std::unordered_map<Node, Node> done;
+    const std::function<Node(Node)> visit = [&](Node node) -> Node {
+        if (node <= always) {
+            return node;
+        }
+        if (const auto found = done.find(node); found != done.end()) {
+            return found->second;
+        }
+        const Fork here = nodes_[node];
+        const Node if_clear = visit(here.if_clear);
+        const Node if_set = visit(here.if_set);
+        const Node result = bits(ids_[here.level]) ? either(if_clear, if_set) : fork(here.level, if_clear, if_set);
+        done.emplace(node, result);
+        return result;
+    };
+    return visit(a);
 }
 
 std::vector<BitId> Diagrams::depends_on(Node a) const {

@@ -36,8 +36,8 @@ public:
     Node where(Node a, BitId id, bool value);
     // The function where all bits that `known` knows have these values.
     Node where(Node a, const std::function<std::optional<bool>(BitId)>& known);
-    // Whether the bit can be chosen so that the function holds; what is left is a function of the other bits.
-    Node for_some(Node a, const std::vector<BitId>& bits);
+    // Whether these bits can be chosen so that the function holds; what is left is a function of the other bits.
+    Node for_some(Node a, const std::function<bool(BitId)>& bits);
 
     // What a node asks for, and where it goes on. Not of `never` and `always`.
     BitId asks(Node node) const { return ids_[nodes_[node].level]; }

@@ -158,7 +158,7 @@ TEST(Diagrams, AnswerWhatDependsAndWhatFollows) {
     const trace::Node f = diagrams.either(diagrams.both(a, b), diagrams.both(diagrams.negation(a), c));
     EXPECT_EQ(diagrams.depends_on(f), (std::vector<trace::BitId>{10, 3, 7}));
     EXPECT_EQ(diagrams.where(f, 10, true), b);
-    EXPECT_EQ(diagrams.for_some(f, {10}), diagrams.either(b, c));
+    EXPECT_EQ(diagrams.for_some(f, [](trace::BitId id) { return id == 10; }), diagrams.either(b, c));
     EXPECT_TRUE(diagrams.implies(diagrams.both(b, c), f));
     EXPECT_FALSE(diagrams.implies(b, f));
     EXPECT_EQ(diagrams.differ(f, f), trace::never);

@@ -53,18 +53,56 @@ Span span(unsigned first, unsigned width) {
     return {static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(width)};
 }
 
-// Neighbouring bits in one span, cut into pieces of at most 32 bits.
-std::vector<Span> fields_of(std::vector<BitId> bits) {
-    constexpr unsigned widest = 32;
+// Neighbouring bits in one span: those of a field that the code reads as one, else at most a byte.
+std::vector<Span> fields_of(std::vector<BitId> bits, const std::vector<Span>& read_as_one) {
     std::ranges::sort(bits);
+    const auto field_with = [&](unsigned bit) {
+        return std::ranges::find_if(read_as_one, [&](const Span& field) {
+            return bit >= field.first_bit && bit < unsigned{field.first_bit} + field.width;
+        });
+    };
     std::vector<Span> fields;
     for (const BitId id : bits) {
         const unsigned bit = trace::index_of(id);
-        if (!fields.empty() && fields.back().first_bit + fields.back().width == bit && fields.back().width < widest &&
-            (bit % 8 != 0 || fields.back().first_bit % 8 == 0)) {
+        const bool follows = !fields.empty() && fields.back().first_bit + fields.back().width == bit;
+        const auto field = field_with(bit);
+        const bool joins = follows && field == field_with(bit - 1) && (field != read_as_one.end() || bit % 8 != 0);
+        if (joins) {
             ++fields.back().width;
         } else {
             fields.push_back(span(bit, 1));
+        }
+    }
+    return fields;
+}
+
+// The fields of up to 32 bits that rows compute from or that questions ask for.
+std::vector<Span> read_as_one(const Forms& forms, const Form& form) {
+    constexpr unsigned widest = 32;
+    std::vector<Span> fields;
+    const auto add = [&](const Span& field) {
+        const bool overlaps = std::ranges::any_of(fields, [&](const Span& other) {
+            return field.first_bit < other.first_bit + other.width && other.first_bit < field.first_bit + field.width;
+        });
+        if (field.width > 1 && field.width <= widest && !overlaps) {
+            fields.push_back(field);
+        }
+    };
+    for (const forms::Step& step : form.steps) {
+        if (step.kind == forms::Step::placed) {
+            for (const trace::RowView& row : step.layout->rows) {
+                if (row.kind == npxlate::RowKind::mapped || row.kind == npxlate::RowKind::virtual_queue_index) {
+                    std::ranges::for_each(row.from, add);
+                }
+            }
+        }
+    }
+    for (const forms::Answer& answer : form.answers) {
+        std::vector<BitId> bits = forms.diagrams().depends_on(forms.questions()[answer.question].node);
+        std::ranges::sort(bits);
+        if (!bits.empty() && trace::space_of(bits.back()) == Space::in &&
+            static_cast<std::size_t>(bits.back() - bits.front()) + 1 == bits.size()) {
+            add(span(trace::index_of(bits.front()), static_cast<unsigned>(bits.size())));
         }
     }
     return fields;
@@ -278,60 +316,111 @@ private:
             }
         }
         if (!open.empty()) {
-            candidate.alternatives = alternatives(left, open, candidate);
+            candidate.groups = alternatives(left, open, candidate);
         }
         return gives(candidate, *plan.form, record) ? std::optional{std::move(candidate)} : std::nullopt;
     }
 
-    // The bits that are left open, in fields that depend on each other.
-    std::vector<std::vector<Alternative>> alternatives(Node left, const std::vector<BitId>& open,
-                                                       const Candidate& candidate) {
+    // The bits that are left open, as fields: whole ones, with the bits of theirs that are determined.
+    std::vector<Alternatives> alternatives(Node left, const std::vector<BitId>& open, const Candidate& candidate) {
         Diagrams& diagrams = forms_.diagrams();
-        // Whole fields, with the bits of theirs that are determined: the ones that the form computes from.
-        std::vector<Span> fields = fields_of(with_neighbours(open, candidate));
-        const auto bits_of = [](const Span& field) {
-            std::vector<BitId> bits;
-            for (unsigned k = 0; k < field.width; ++k) {
-                bits.push_back(trace::bit_id(Space::in, field.first_bit + k));
-            }
-            return bits;
-        };
-        // What is determined holds.
-        Node all = left;
+        const std::vector<Span> fields =
+            fields_of(with_neighbours(open, candidate), read_as_one(forms_, *candidate.forms.front()));
         for (const Span& field : fields) {
-            for (const BitId id : bits_of(field)) {
-                const std::size_t bit = trace::index_of(id);
+            for (unsigned bit = field.first_bit; bit < unsigned{field.first_bit} + field.width; ++bit) {
                 if (bit_at(candidate.determined, bit) || bit_at(candidate.chosen, bit)) {
-                    const Node set = diagrams.bit(id);
-                    all = diagrams.both(all, bit_at(candidate.record, bit) ? set : diagrams.negation(set));
+                    const Node set = diagrams.bit(trace::bit_id(Space::in, bit));
+                    left = diagrams.both(left, bit_at(candidate.record, bit) ? set : diagrams.negation(set));
                 }
             }
         }
-        std::vector<std::vector<Alternative>> result;
+        return independent(left, fields);
+    }
+
+    // The fields in groups: those are together between which the function does not fall apart.
+    std::vector<Alternatives> independent(Node function, std::vector<Span> fields) {
+        Diagrams& diagrams = forms_.diagrams();
+        std::erase_if(fields, [&](const Span& field) {
+            return only(function, {field}) == trace::always && !asks(function, field);
+        });
+        std::vector<Alternatives> groups;
         while (!fields.empty()) {
-            // Fields belong together if the function does not fall apart into one of each.
             std::vector<Span> group{fields.front()};
             fields.erase(fields.begin());
-            Node of_group = only(all, group);
             for (std::size_t i = 0; i < fields.size();) {
                 std::vector<Span> wider = group;
                 wider.push_back(fields[i]);
-                const Node together = only(all, wider);
-                if (together == diagrams.both(of_group, only(all, {fields[i]}))) {
+                if (only(function, wider) == diagrams.both(only(function, group), only(function, {fields[i]}))) {
                     ++i;
-                    continue;
+                } else {
+                    group = std::move(wider);
+                    fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(i));
+                    i = 0;
                 }
-                group = std::move(wider);
-                of_group = together;
-                fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(i));
-                i = 0;
             }
-            std::vector<Alternative> list;
-            Alternative chosen;
-            list_alternatives(of_group, group, 0, chosen, list);
-            result.push_back(std::move(list));
+            groups.push_back(by_first_field(only(function, group), group));
         }
-        return result;
+        return groups;
+    }
+
+    static bool is_in(const Span& field, BitId id) {
+        const unsigned bit = trace::index_of(id);
+        return trace::space_of(id) == Space::in && bit >= field.first_bit &&
+               bit < unsigned{field.first_bit} + field.width;
+    }
+
+    bool asks(Node function, const Span& field) const {
+        return std::ranges::any_of(forms_.diagrams().depends_on(function), [&](BitId id) { return is_in(field, id); });
+    }
+
+    // What the function says of these fields alone.
+    Node only(Node function, const std::vector<Span>& fields) {
+        return forms_.diagrams().for_some(function, [&](BitId id) {
+            return std::ranges::none_of(fields, [&](const Span& field) { return is_in(field, id); });
+        });
+    }
+
+    // For each value of the first field what is left for the others; values that leave the same stand together. A field
+    // whose values do not fall into a few ranges is told in parts.
+    Alternatives by_first_field(Node function, std::vector<Span> fields) {
+        const Span field = fields.front();
+        std::vector<std::pair<Node, std::vector<Range>>> left;
+        constexpr unsigned most_steps = 4096;
+        unsigned steps = 0;
+        const auto visit = [&](const auto& self, Node node, unsigned bits, std::uint32_t from) -> void {
+            if (node == trace::never || ++steps > most_steps) {
+                return;
+            }
+            if (bits == 0 || !asks(node, span(field.first_bit, bits))) {
+                auto values = std::ranges::find(left, node, &std::pair<Node, std::vector<Range>>::first);
+                if (values == left.end()) {
+                    values = left.insert(left.end(), {node, {}});
+                }
+                const auto to = static_cast<std::uint32_t>(from + ((std::uint64_t{1} << bits) - 1));
+                if (!values->second.empty() && values->second.back().second + 1 == from) {
+                    values->second.back().second = to;
+                } else {
+                    values->second.emplace_back(from, to);
+                }
+                return;
+            }
+            const BitId highest = trace::bit_id(Space::in, field.first_bit + bits - 1);
+            self(self, forms_.diagrams().where(node, highest, false), bits - 1, from);
+            self(self, forms_.diagrams().where(node, highest, true), bits - 1, from | std::uint32_t{1} << (bits - 1));
+        };
+        visit(visit, function, field.width, 0);
+        if (steps > most_steps) {
+            const unsigned lower = field.width > 8 ? 8 : field.width / 2U;
+            fields.front() = span(field.first_bit + lower, field.width - lower);
+            fields.insert(fields.begin(), span(field.first_bit, lower));
+            return by_first_field(function, std::move(fields));
+        }
+        Alternatives alternatives;
+        for (auto& [rest, values] : left) {
+            alternatives.push_back(
+                {.field = {field, std::move(values)}, .then = independent(rest, {fields.begin() + 1, fields.end()})});
+        }
+        return alternatives;
     }
 
     // The open bits and those between them that belong to the same field of the code.
@@ -357,64 +446,6 @@ private:
         return {bits.begin(), bits.end()};
     }
 
-    // What the condition says of these fields alone.
-    Node only(Node condition, const std::vector<Span>& fields) {
-        std::vector<BitId> others;
-        for (const BitId id : forms_.diagrams().depends_on(condition)) {
-            const unsigned bit = trace::index_of(id);
-            const bool within = trace::space_of(id) == Space::in &&
-                                std::ranges::any_of(fields, [&](const Span& field) {
-                                    return bit >= field.first_bit && bit < unsigned{field.first_bit} + field.width;
-                                });
-            if (!within) {
-                others.push_back(id);
-            }
-        }
-        return forms_.diagrams().for_some(condition, others);
-    }
-
-    // For each value of the first field what is left for the others; values that leave the same stand together.
-    void list_alternatives(Node condition, const std::vector<Span>& fields, std::size_t index, Alternative& chosen,
-                           std::vector<Alternative>& list) {
-        if (index == fields.size()) {
-            list.push_back(chosen);
-            return;
-        }
-        std::vector<std::pair<Node, std::vector<Range>>> groups;
-        const auto visit = [&](const auto& self, Node node, unsigned bits, std::uint32_t from) -> void {
-            if (node == trace::never) {
-                return;
-            }
-            const auto depends = forms_.diagrams().depends_on(node);
-            const bool of_field = std::ranges::any_of(depends, [&](BitId id) {
-                const unsigned bit = trace::index_of(id);
-                return bit >= fields[index].first_bit && bit < unsigned{fields[index].first_bit} + bits;
-            });
-            if (bits == 0 || !of_field) {
-                auto group = std::ranges::find(groups, node, &std::pair<Node, std::vector<Range>>::first);
-                if (group == groups.end()) {
-                    group = groups.insert(groups.end(), {node, {}});
-                }
-                const auto to = static_cast<std::uint32_t>(from + ((std::uint64_t{1} << bits) - 1));
-                if (!group->second.empty() && group->second.back().second + 1 == from) {
-                    group->second.back().second = to;
-                } else {
-                    group->second.emplace_back(from, to);
-                }
-                return;
-            }
-            const BitId highest = trace::bit_id(Space::in, fields[index].first_bit + bits - 1);
-            self(self, forms_.diagrams().where(node, highest, false), bits - 1, from);
-            self(self, forms_.diagrams().where(node, highest, true), bits - 1, from | std::uint32_t{1} << (bits - 1));
-        };
-        visit(visit, condition, fields[index].width, 0);
-        for (auto& [rest, values] : groups) {
-            chosen.push_back({fields[index], std::move(values)});
-            list_alternatives(rest, fields, index + 1, chosen, list);
-            chosen.pop_back();
-        }
-    }
-
     // Translated again by the library, it gives these bytes.
     bool gives(const Candidate& candidate, const Form& form, std::span<const std::uint8_t> record) const {
         const Translator& translator = forms_.translator();
@@ -424,8 +455,8 @@ private:
         out.resize(std::max(record.size(), translator.out().most) + 8);
         constexpr std::uint32_t not_stored = 0xffffffff;
         std::uint32_t length = not_stored;
-        const std::int32_t status = catalogue::call(translator, in.data(), forms_.length(), out.data(), &length,
-                                                    catalogue::Argument{0});
+        const std::int32_t status =
+            catalogue::call(translator, in.data(), forms_.length(), out.data(), &length, catalogue::Argument{0});
         return status == NPXLATE_OK && length == form.length.value_or(not_stored) &&
                std::equal(record.begin(), record.end(), out.begin());
     }
@@ -435,7 +466,7 @@ private:
         const auto same = std::ranges::find_if(candidates, [&](const Candidate& other) {
             return other.of == candidate.of && other.record == candidate.record && other.free == candidate.free &&
                    other.determined == candidate.determined && other.chosen == candidate.chosen &&
-                   other.alternatives.empty() && candidate.alternatives.empty();
+                   other.groups.empty() && candidate.groups.empty();
         });
         if (same == candidates.end()) {
             candidates.push_back(std::move(candidate));
@@ -451,7 +482,8 @@ private:
         std::map<bool, std::vector<std::uint16_t>> fixed;
         for (std::size_t bit = 0; bit < 8 * record.size(); ++bit) {
             if (bit_at(plan.fixed, bit) && bit_at(record, bit) != bit_at(plan.values, bit)) {
-                refusal.contradictions.push_back({{span(static_cast<unsigned>(bit), 1)}, bit_at(plan.values, bit) ? "1" : "0"});
+                refusal.contradictions.push_back(
+                    {{span(static_cast<unsigned>(bit), 1)}, bit_at(plan.values, bit) ? "1" : "0"});
                 ++refusal.bits;
             }
         }
@@ -479,7 +511,8 @@ private:
                 const Node one = diagrams.where(plan.functions[end].node, look_up);
                 value = diagrams.both(value, bit_at(record, plan.functions[end].to) ? one : diagrams.negation(one));
                 ++end;
-            } while (end < plan.functions.size() && same_place(plan, plan.functions[end].to, plan.functions[end - 1].to));
+            } while (end < plan.functions.size() &&
+                     same_place(plan, plan.functions[end].to, plan.functions[end - 1].to));
             const Node with = diagrams.both(left, value);
             if (with == trace::never) {
                 const unsigned first = plan.functions[i].to;

@@ -26,8 +26,12 @@ struct Field {
     std::vector<Range> values{};
 };
 
-// Fields whose values depend on each other: one of these combinations was there.
-using Alternative = std::vector<Field>;
+// What a field may have held, and what then holds for the fields that depend on it: one alternative of each group.
+struct Alternative {
+    Field field{};
+    std::vector<std::vector<Alternative>> then{};
+};
+using Alternatives = std::vector<Alternative>;  // one of them was there
 
 struct Candidate {
     std::vector<const Form*> forms{};  // those that the bytes do not tell apart
@@ -36,7 +40,7 @@ struct Candidate {
     Bytes determined{};  // the bits that the bytes determine
     Bytes chosen{};      // the bits that the form's condition determines
     Bytes free{};        // the bits that may have been anything
-    std::vector<std::vector<Alternative>> alternatives{};  // of the bits that are neither, by fields that belong together
+    std::vector<Alternatives> groups{};  // of the bits that are neither; each group by itself
 };
 
 // A bit of the record, or several, that a form cannot have made.

@@ -23,7 +23,6 @@ namespace {
 using catalogue::Role;
 using catalogue::Trait;
 using catalogue::Translator;
-using decode::Alternative;
 using decode::Candidate;
 using decode::Contradiction;
 using decode::Refusal;
@@ -65,39 +64,46 @@ std::string names_of(const Candidate& candidate) {
 }
 
 // "1, or 65 to 255"; bits of more than a byte in hex.
-std::string values_text(const decode::Field& field) {
-    return forms::in_words(field.values, field.at.width);
-}
+std::string values_text(const decode::Field& field) { return forms::in_words(field.values, field.at.width); }
 
-std::string alternative_text(const Alternative& alternative) {
-    std::string text;
-    for (const decode::Field& field : alternative) {
-        text += (text.empty() ? "" : ", ") + explain::position_list('L', {field.at}) + " " + values_text(field);
-    }
-    return text;
-}
-
-Json alternatives_json(const Candidate& candidate) {
-    Json groups = Json::array();
-    for (const std::vector<Alternative>& group : candidate.alternatives) {
-        Json list = Json::array();
-        for (const Alternative& alternative : group) {
-            Json fields = Json::array();
-            for (const decode::Field& field : alternative) {
-                Json ranges = Json::array();
-                for (const auto& [from, to] : field.values) {
-                    ranges.push_back({from, to});
-                }
-                fields.push_back({{"at", explain::position_list('L', {field.at})},
-                                  {"first_bit", field.at.first_bit},
-                                  {"width", field.at.width},
-                                  {"values", std::move(ranges)}});
+// The lines of a group, each a value of its first field with what then holds for the others, indented.
+void add_lines(std::vector<std::string>& lines, const decode::Alternatives& group, std::size_t depth) {
+    for (const auto& [field, then] : group) {
+        lines.push_back(std::string(2 * depth, ' ') + explain::position_list('L', {field.at}) + " " +
+                        values_text(field));
+        for (const decode::Alternatives& others : then) {
+            // What has one alternative stands in the same line.
+            if (others.size() == 1 && others.front().then.empty()) {
+                lines.back() += ", " + explain::position_list('L', {others.front().field.at}) + " " +
+                                values_text(others.front().field);
+            } else {
+                add_lines(lines, others, depth + 1);
             }
-            list.push_back(std::move(fields));
         }
-        groups.push_back(std::move(list));
     }
-    return groups;
+}
+
+Json groups_json(const std::vector<decode::Alternatives>& groups) {
+    Json json = Json::array();
+    for (const decode::Alternatives& group : groups) {
+        Json list = Json::array();
+        for (const auto& [field, then] : group) {
+            Json ranges = Json::array();
+            for (const auto& [from, to] : field.values) {
+                ranges.push_back({from, to});
+            }
+            Json one{{"at", explain::position_list('L', {field.at})},
+                     {"first_bit", field.at.first_bit},
+                     {"width", field.at.width},
+                     {"values", std::move(ranges)}};
+            if (!then.empty()) {
+                one["then"] = groups_json(then);
+            }
+            list.push_back(std::move(one));
+        }
+        json.push_back(std::move(list));
+    }
+    return json;
 }
 
 Json candidate_json(const Candidate& candidate) {
@@ -112,7 +118,7 @@ Json candidate_json(const Candidate& candidate) {
             {"determined", to_hex(candidate.determined)},
             {"chosen", to_hex(candidate.chosen)},
             {"free", to_hex(candidate.free)},
-            {"alternatives", alternatives_json(candidate)}};
+            {"alternatives", groups_json(candidate.groups)}};
 }
 
 Json to_json(const Translator& translator, const Bytes& record, const decode::Result& result) {
@@ -157,32 +163,34 @@ std::string candidate_text(const Translator& translator, const Candidate& candid
     for (const explain::Field& field : account.fields) {
         if (!field.from.empty() && field.kind != explain::Kind::computed) {
             const std::string to = explain::position_list('P', field.to);
-            text += line(columns, {explain::position_list('L', field.from),
-                                   explain::value_at(candidate.record, field.from),
-                                   "from " + to + (field.text == "copied" ? "" : ", " + field.text) +
-                                       (field.name.empty() ? "" : " (" + field.name + ")")});
+            text +=
+                line(columns, {explain::position_list('L', field.from), explain::value_at(candidate.record, field.from),
+                               "from " + to + (field.text == "copied" ? "" : ", " + field.text) +
+                                   (field.name.empty() ? "" : " (" + field.name + ")")});
         }
     }
     for (const explain::Field& field : account.fields) {
         if (!field.from.empty() && field.kind == explain::Kind::computed) {
-            text += line(columns, {explain::position_list('L', field.from),
-                                   explain::value_at(candidate.record, field.from),
-                                   "from " + explain::position_list('P', field.to) + ": " + field.text +
-                                       (field.name.empty() ? "" : " (" + field.name + ")")});
+            text +=
+                line(columns, {explain::position_list('L', field.from), explain::value_at(candidate.record, field.from),
+                               "from " + explain::position_list('P', field.to) + ": " + field.text +
+                                   (field.name.empty() ? "" : " (" + field.name + ")")});
         }
     }
-    for (const std::vector<Alternative>& group : candidate.alternatives) {
+    for (const decode::Alternatives& group : candidate.groups) {
         constexpr std::size_t most_lines = 8;
-        for (std::size_t i = 0; i < std::min(group.size(), most_lines); ++i) {
-            text += line(about, {i == 0 ? "one of" : "", alternative_text(group[i])});
+        std::vector<std::string> lines;
+        add_lines(lines, group, 0);
+        for (std::size_t i = 0; i < std::min(lines.size(), most_lines); ++i) {
+            text += line(about, {i == 0 ? "one of" : "", lines[i]});
         }
-        if (group.size() > most_lines) {
-            text += line(about, {"", fmt::format("and {} more, which --json lists", group.size() - most_lines)});
+        if (lines.size() > most_lines) {
+            text += line(about, {"", fmt::format("and {} more, which --json lists", lines.size() - most_lines)});
         }
     }
     if (const std::vector<Span> chosen = bits_in(candidate.chosen); !chosen.empty()) {
-        text += line(about, {"chosen", explain::position_list('L', chosen) + ": " +
-                                           explain::value_at(candidate.record, chosen)});
+        text += line(about, {"chosen",
+                             explain::position_list('L', chosen) + ": " + explain::value_at(candidate.record, chosen)});
     }
     if (const std::vector<Span> free = bits_in(candidate.free); !free.empty()) {
         text += line(about, {"free", explain::position_list('L', free)});
@@ -206,7 +214,7 @@ std::string refusal_text(const Refusal& refusal) {
     std::string needs;
     for (const Contradiction& one : refusal.contradictions) {
         needs += (needs.empty() ? "" : ", ");
-        needs += one.at.empty()                              ? one.needs
+        needs += one.at.empty()                         ? one.needs
                  : one.needs == "0" || one.needs == "1" ? explain::position_list('P', one.at) + " = " + one.needs
                                                         : explain::position_list('P', one.at) + " " + one.needs;
     }
@@ -239,20 +247,19 @@ std::string to_text(const Translator& translator, const decode::Result& result, 
 void run(const Options& options) {
     const Translator& translator = options.subject.find();
     if (translator.role == Role::reverse) {
-        throw WrongInput{fmt::format(
-            "{} reads records back: expected a key or a result translator, whose records are on the card",
-            translator.name)};
+        throw WrongInput{
+            fmt::format("{} reads records back: expected a key or a result translator, whose records are on the card",
+                        translator.name)};
     }
     options.tx_adj_key_max.apply();
     const Bytes record = read_record(options.source);
     const decode::Decoder decoder{translator};
     if (!decoder.makes(record.size())) {
         const std::vector<std::size_t> lengths = decoder.lengths();
-        const std::string expected =
-            lengths.empty() ? "none: the translator makes no records"
-            : lengths.size() == 1 || lengths.back() - lengths.front() + 1 != lengths.size()
-                ? fmt::format("{}", fmt::join(lengths, ", "))
-                : fmt::format("{} to {}", lengths.front(), lengths.back());
+        const std::string expected = lengths.empty() ? "none: the translator makes no records"
+                                     : lengths.size() == 1 || lengths.back() - lengths.front() + 1 != lengths.size()
+                                         ? fmt::format("{}", fmt::join(lengths, ", "))
+                                         : fmt::format("{} to {}", lengths.front(), lengths.back());
         throw WrongInput{fmt::format("{} bytes: {} makes records of other lengths: expected {}", record.size(),
                                      translator.name, expected)};
     }
