@@ -3,8 +3,7 @@
 set(tool_libraries
   CLI11:libcli11-dev
   fmt:libfmt-dev
-  nlohmann_json:nlohmann-json3-dev
-  simdjson:libsimdjson-dev)
+  nlohmann_json:nlohmann-json3-dev)
 
 if(NPXLATE_TOOL)
   set(missing "")

@@ -1,5 +1,6 @@
-/* The public header as a C11 program sees it. */
+/* The public headers as a C11 program sees them. */
 #include <npxlate/npxlate.h>
+#include <npxlate/sizes.h>
 
 #include <stddef.h>
 
@@ -20,5 +21,8 @@ int main(void) {
     const unsigned char key[3] = {1, 2, 3};
     unsigned char physical[NPXLATE_MAX_PHYSICAL_LENGTH];
     uint32_t length = 0;
-    return l2p_ucode_func_table[4].key(key, 3, physical, &length) == NPXLATE_OK && length == 3 ? 0 : 1;
+    return l2p_ucode_func_table[4].key(key, 3, physical, &length) == NPXLATE_OK && length == 3 &&
+                   npxlate_sizes_of_table(4)->key.physical_most == length
+               ? 0
+               : 1;
 }

@@ -1,5 +1,6 @@
-// The public header as a C++17 program sees it.
+// The public headers as a C++17 program sees them.
 #include <npxlate/npxlate.h>
+#include <npxlate/sizes.h>
 
 #include <cstdint>
 #include <type_traits>
@@ -14,5 +15,5 @@ int main() {
     unsigned char physical[NPXLATE_MAX_PHYSICAL_LENGTH];
     std::uint32_t length = 0;
     const bool done = l2p_ucode_func_table[4].result(result, sizeof result, physical, &length) == NPXLATE_OK;
-    return done && length == 16 && physical[0] == 0x91 ? 0 : 1;
+    return done && length == npxlate_sizes_of_table(4)->result.physical_most && physical[0] == 0x91 ? 0 : 1;
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <barrier>
+#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
@@ -86,24 +87,71 @@ TEST(Threads, TranslateAtOnceWhatOneTranslatesAlone) {
     EXPECT_EQ(different, std::vector<std::vector<std::string>>(thread_count));
 }
 
-TEST(Threads, ShareTheDispatchTablesAndTheRegisters) {
+// What the library exports as data, as one thread sees it.
+struct Shared {
+    std::vector<npxlate_l2p_entry> forward{std::begin(l2p_ucode_func_table), std::end(l2p_ucode_func_table)};
+    std::vector<npxlate_p2l_entry> reverse{std::begin(p2l_ucode_func_table), std::end(p2l_ucode_func_table)};
+    std::vector<std::uint32_t> registers;
+    std::uint16_t highest_index = TX_ADJ_KEY_MAX;
+
+    Shared() {
+        add(0, quill_to_topparse_mregs);
+        add(1, quill_to_topresolve_mregs);
+        add(2, quill_to_toplearn_mregs);
+    }
+
+    bool operator==(const Shared& other) const {
+        const auto same = [](const npxlate_l2p_entry& a, const npxlate_l2p_entry& b) {
+            return a.key == b.key && a.result == b.result;
+        };
+        return std::ranges::equal(forward, other.forward, same) && reverse == other.reverse &&
+               registers == other.registers && highest_index == other.highest_index;
+    }
+
+private:
+    // Through the function, as many as the declaration says.
+    template <std::size_t count>
+    void add(std::uint8_t engine, const npxlate_register (&declared)[count]) {
+        const npxlate_register* given = quill_to_get_mreg_init(engine);
+        EXPECT_EQ(given, declared);
+        for (std::size_t i = 0; i < count; ++i) {
+            registers.push_back(given[i].number);
+            registers.push_back(given[i].value);
+        }
+    }
+};
+
+// Half of the threads read all that the library shares, while the others make every translation. A translator that
+// wrote there would show in what is read, and to the thread sanitizer in any case.
+TEST(Threads, ReadWhatIsSharedWhileOthersTranslate) {
+    const std::vector<Job> jobs = every_variant();
+    const Shared before;
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        ASSERT_EQ(before.forward[table].key, catalogue::of_table(table, catalogue::Role::key).forward);
+    }
+
+    std::barrier start{thread_count};
+    std::vector<int> different(thread_count);
     std::vector<std::thread> threads;
-    std::vector<int> found(thread_count);
     for (std::size_t i = 0; i < thread_count; ++i) {
-        threads.emplace_back([&found, i] {
-            for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
-                found[i] += l2p_ucode_func_table[table].key != nullptr &&
-                            l2p_ucode_func_table[table].result != nullptr && p2l_ucode_func_table[table] != nullptr;
-            }
-            for (std::uint8_t engine = 0; engine < 3; ++engine) {
-                found[i] += quill_to_get_mreg_init(engine)->number != 0;
+        threads.emplace_back([&, i] {
+            start.arrive_and_wait();
+            for (int round = 0; round < rounds; ++round) {
+                if (i % 2 == 0) {
+                    different[i] += Shared{} == before ? 0 : 1;
+                    continue;
+                }
+                for (const Job& job : jobs) {
+                    job.run();
+                }
             }
         });
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(found, std::vector<int>(thread_count, NPXLATE_TABLE_COUNT + 3));
+    EXPECT_EQ(different, std::vector<int>(thread_count));
+    EXPECT_TRUE(Shared{} == before);
 }
 
 }  // namespace
