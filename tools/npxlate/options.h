@@ -30,7 +30,7 @@ public:
     void add_to(CLI::App& command);
     // Sets TX_ADJ_KEY_MAX if it was given. Throws WrongInput for a value that it cannot have, and if of these
     // translators none depends on it; with none, it is not known yet which there will be.
-    void apply(const std::vector<const catalogue::Translator*>& translators) const;
+    void apply(const std::vector<const catalogue::Translator*>& translators = {}) const;
 
 private:
     std::string value_;

@@ -8,6 +8,7 @@
 
 #include "catalogue/catalogue.h"
 #include "npxlate/hex.h"
+#include "npxlate/taken.h"
 
 namespace tool {
 
