@@ -77,10 +77,9 @@ void multicast_encapsulation() {
 
     const Bytes physical = physical_result(encapsulation, logical);
     Bytes read_back(NPXLATE_MAX_LOGICAL_LENGTH);
-    // Over void (*)(), because the two types of function have nothing in common.
-    const auto reverse = reinterpret_cast<npxlate_reverse_by_type_fn*>(
-        reinterpret_cast<void (*)()>(p2l_ucode_func_table[encapsulation]));
-    check(reverse(physical.data(), static_cast<std::int32_t>(physical.size()), read_back.data(), &type), "reverse");
+    check(npxlate_reverse_of_table_52()(physical.data(), static_cast<std::int32_t>(physical.size()), read_back.data(),
+                                        &type),
+          "reverse");
     read_back.resize(logical.size());
 
     std::printf("Multicast encapsulation, table %u\n", encapsulation);

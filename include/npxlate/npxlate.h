@@ -63,9 +63,9 @@ typedef int32_t npxlate_result_fn(const void *logical, int32_t logical_length, v
                                   uint32_t *physical_length);
 typedef int32_t npxlate_reverse_fn(const void *physical, int32_t physical_length, void *logical);
 
-/* The reverse translators of tables 52 and 92 take a fourth argument. Their dispatch entries have the common type:
- * cast the entry of table 52 to npxlate_reverse_by_type_fn *, that of table 92 to npxlate_reverse_by_key_fn *, before
- * calling it. See ipmc_encap_logical_res_xlate and esi_info_logical_res_xlate. */
+/* The reverse translators of tables 52 and 92 take a fourth argument. Their dispatch entries have the common type, and
+ * are called through npxlate_reverse_of_table_52() and npxlate_reverse_of_table_92(), which give them their own. See
+ * ipmc_encap_logical_res_xlate and esi_info_logical_res_xlate. */
 typedef int32_t npxlate_reverse_by_type_fn(const void *physical, int32_t physical_length, void *logical,
                                            const uint32_t *entry_type);
 typedef int32_t npxlate_reverse_by_key_fn(const void *physical, int32_t physical_length, void *logical,
@@ -84,6 +84,27 @@ typedef npxlate_reverse_fn *npxlate_p2l_entry;
  * library never writes to these tables. */
 extern NPXLATE_API struct npxlate_l2p_entry l2p_ucode_func_table[NPXLATE_TABLE_COUNT];
 extern NPXLATE_API npxlate_p2l_entry p2l_ucode_func_table[NPXLATE_TABLE_COUNT];
+
+/* What stands in p2l_ucode_func_table[52] and [92], to be called with four arguments:
+ *
+ *     npxlate_reverse_of_table_52()(physical, 32, logical, &entry_type);
+ *
+ * The detour over void (*)(void) tells compilers that the cast is meant. */
+#ifdef __cplusplus
+#define NPXLATE_FUNCTION_AS(type, function) reinterpret_cast<type *>(reinterpret_cast<void (*)()>(function))
+#else
+#define NPXLATE_FUNCTION_AS(type, function) ((type *)(void (*)(void))(function))
+#endif
+
+static inline npxlate_reverse_by_type_fn *npxlate_reverse_of_table_52(void) {
+    return NPXLATE_FUNCTION_AS(npxlate_reverse_by_type_fn, p2l_ucode_func_table[52]);
+}
+
+static inline npxlate_reverse_by_key_fn *npxlate_reverse_of_table_92(void) {
+    return NPXLATE_FUNCTION_AS(npxlate_reverse_by_key_fn, p2l_ucode_func_table[92]);
+}
+
+#undef NPXLATE_FUNCTION_AS
 
 /* The highest transmit-adjacency index that a TE next-hop result with L0.5 clear marks with P0.7; initially 0x0fff. The
  * only value the caller may set: te_nh_adjacency_type_xlate_result reads it at every call, no other function does. A

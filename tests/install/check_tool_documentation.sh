@@ -15,10 +15,38 @@ documented=$(sed -n '/^\.Sh COMMANDS/,/^\.El/s/^\.It Cm //p' "$packaging/npxlate
 diff <(echo "$commands") <(echo "$documented") ||
     { echo "The manual page names other commands than the tool (< tool, > page)." >&2; exit 1; }
 
+# Every option of a command is on the page, and the page has no other.
+options=$(for command in "" $commands; do
+    # shellcheck disable=SC2086
+    "$tool" $command --help | sed -n '/^Options:/,/^$/p' | grep -oE '^  .*--[a-z][a-z-]*' | grep -oE -- '--[a-z][a-z-]*'
+done | sort -u)
+documented=$(sed -n '/^\.Sh OPTIONS/,/^\.Sh ENVIRONMENT/s/^\.It .*Fl Fl \([a-z-]*\).*/--\1/p' "$packaging/npxlate.1" | sort -u)
+diff <(echo "$options") <(echo "$documented") ||
+    { echo "The manual page has other options than the tool (< tool, > page)." >&2; exit 1; }
+
+# Its statuses: those that the tool ends with, for what the page says.
+status() {
+    local expected=$1 actual=0
+    shift
+    "$tool" "$@" >/dev/null 2>&1 </dev/null || actual=$?
+    [ "$actual" -eq "$expected" ] || { echo "$* ends with $actual, not $expected." >&2; exit 1; }
+    grep -qx ".It $expected" "$packaging/npxlate.1" || { echo "The page has no status $expected." >&2; exit 1; }
+}
+zeros=$(printf '%064d' 0)
+status 0 result 53 "01${zeros:2}"
+status 1 result 53 "$zeros"
+status 1 explain 53 "$zeros"
+status 1 roundtrip 53 "$zeros"
+status 2 result 53 00
+status 0 diff 53 "01${zeros:2}" "01${zeros:2}"
+status 1 diff 53 "01${zeros:2}" "02${zeros:2}"
+status 2 diff 53 "01${zeros:2}" "$zeros"
+status 1 batch -o /nonexistent/file
+
 # complete WORD...: what bash offers for the last word.
 complete_words() {
     COMP_TYPE=${COMP_TYPE-} bash -c '. "$1"; shift
-        COMP_WORDS=("$@"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+        COMP_WORDS=("$@"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); COMP_LINE="$*"; COMP_POINT=${#COMP_LINE}
         _npxlate; printf "%s\n" "${COMPREPLY[@]}"' bash "$packaging/completions/npxlate" "$@"
 }
 
@@ -35,6 +63,21 @@ offers --json npxlate tables --
 offers 107 npxlate result 10
 offers span_fwd_st_xlate_result npxlate result span_
 offers resolve npxlate registers re
+offers reverse npxlate explain --role re
+offers egr_port_xlate_key npxlate explain --role key egr
+offers egr_port_xlate_key npxlate key --json egr
+offers span_fwd_st_xlate_result npxlate result -f entry.hex span_
+offers result: npxlate batch --raw re
+offers lag_type_xlate_key npxlate batch --raw key : lag_type
+offers lag_type_xlate_key npxlate batch --raw key:lag_type
+offers omit npxlate batch --rejected o
+offers 4be npxlate key 5 --words 4
+offers "$packaging/npxlate.1" npxlate key 5 --file "$packaging/npxl"
+offers "$packaging/npxlate.1" npxlate atlas "$packaging/npxl"
+if complete_words npxlate key span_ | grep . >/dev/null; then
+    echo "Completes a key translator to one of another role." >&2
+    exit 1
+fi
 if complete_words npxlate result span_ | grep -v '^span_' >/dev/null; then
     echo "Completes to what does not start with span_." >&2
     exit 1

@@ -21,6 +21,15 @@ int main(void) {
     const unsigned char key[3] = {1, 2, 3};
     unsigned char physical[NPXLATE_MAX_PHYSICAL_LENGTH];
     uint32_t length = 0;
+    /* A type of 1 restores nothing but itself; the last byte of a key tells of an Ethernet segment, whose L1.0 is P0.0. */
+    const uint32_t type = 1;
+    const unsigned char record[32] = {1};
+    const unsigned char segment_key[8] = {0, 0, 0, 0, 0, 0, 0, 0xff};
+    unsigned char logical[NPXLATE_MAX_LOGICAL_LENGTH] = {0};
+    if (npxlate_reverse_of_table_52()(record, sizeof record, logical, &type) != NPXLATE_OK || logical[0] != 1 ||
+        npxlate_reverse_of_table_92()(record, 8, logical, segment_key) != NPXLATE_OK || logical[1] != 1) {
+        return 1;
+    }
     return l2p_ucode_func_table[4].key(key, 3, physical, &length) == NPXLATE_OK && length == 3 &&
                    npxlate_sizes_of_table(4)->key.physical_most == length
                ? 0

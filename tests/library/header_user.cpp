@@ -9,6 +9,8 @@ static_assert(std::is_same_v<decltype(l2p_ucode_func_table[0].result), npxlate_r
 static_assert(std::is_same_v<decltype(&rx_adjacency_type_logical_xlate_result), npxlate_reverse_fn*>);
 static_assert(std::is_same_v<decltype(&ipmc_encap_logical_res_xlate), npxlate_reverse_by_type_fn*>);
 static_assert(std::is_same_v<decltype(&esi_info_logical_res_xlate), npxlate_reverse_by_key_fn*>);
+static_assert(std::is_same_v<decltype(npxlate_reverse_of_table_52()), npxlate_reverse_by_type_fn*>);
+static_assert(std::is_same_v<decltype(npxlate_reverse_of_table_92()), npxlate_reverse_by_key_fn*>);
 
 int main() {
     const unsigned char result[30] = {};

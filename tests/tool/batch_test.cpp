@@ -170,7 +170,9 @@ TEST(JsonLines, SayWhatIsWrong) {
         {R"({"table":52,"type":"x","physical_result":")" + zeros(32) + "\"}",
          R"("type": expected a number of 32 bits, found "x")"},
         {R"({"table":52,"type":6,"physical_result":")" + zeros(32) + "\"}",
-         "ipmc_encap_logical_res_xlate returned 22 (NPXLATE_INVALID): a length or a type that the table does not take"},
+         "ipmc_encap_logical_res_xlate returned 22 (NPXLATE_INVALID): expected a physical record of 32 bytes with an "
+         "entry "
+         "type of 1 to 5"},
         {R"({"table":92,"physical_result":")" + zeros(8) + "\"}",
          "esi_info_logical_res_xlate needs the logical key of the entry: expected \"logical_key\": HEX"},
         {std::string(1100000, ' ') + R"({"table":1,"key":"00"})", "expected a line of less than 1048576 bytes"},
@@ -343,20 +345,85 @@ TEST(Raw, ReportsAPartialRecord) {
     const Outcome outcome = run({"batch", "--raw", "key:121"}, {.input = "abcdefghij"});
     EXPECT_EQ(outcome.out, "dcbahgfe");
     EXPECT_EQ(outcome.err,
-              "npxlate: error: the input ends within a record: expected 4 bytes at offset 8, found 2 bytes\n");
-    EXPECT_EQ(outcome.status, 2);
+              "npxlate: error: record 2 (offset 8): the input ends within a record: expected 4 bytes for "
+              "ipv4_leaf_fastip_xlate_key, found 2 bytes\n"
+              "npxlate: error: not translated: 1 of 3 records\n");
+    EXPECT_EQ(outcome.status, 1);
 }
 
-TEST(Raw, ReportsARecordThatIsRefused) {
+// Three records of table 12, the middle one rejected.
+TEST(Raw, GoesOnOverRejectedRecords) {
     constexpr std::size_t size = 36;
     std::string records(3 * size, '\0');
     records[size] = '\x01';
     records[size + 1] = '\x10';
-    const Outcome outcome = run({"batch", "--raw", "result:12"}, {.input = records});
-    EXPECT_EQ(outcome.out.size(), 16U);
-    EXPECT_EQ(outcome.err,
-              "npxlate: error: record 1 (offset 36): r_ldi_entry_st_result returned 95 (NPXLATE_NOT_SUPPORTED): a "
-              "combination of flags that the table does not take; nothing was translated from there on\n");
+    records[2 * size + 2] = '\x01';
+    const std::string err =
+        "npxlate: error: record 1 (offset 36): r_ldi_entry_st_result returned 95 (NPXLATE_NOT_SUPPORTED): expected a "
+        "logical record of 36 bytes with L1.4 or L0.0 clear\n"
+        "npxlate: error: not translated: 1 of 3 records\n";
+    const std::string first = run({"batch", "--raw", "result:12"}, {.input = records.substr(0, size)}).out;
+    const std::string last = run({"batch", "--raw", "result:12"}, {.input = records.substr(2 * size)}).out;
+    ASSERT_EQ(first.size(), 16U);
+    ASSERT_NE(first, last);
+    for (const std::vector<std::string>& option : {std::vector<std::string>{}, {"--rejected", "zeros"}}) {
+        std::vector<std::string> arguments{"batch", "--raw", "result:12"};
+        arguments.insert(arguments.end(), option.begin(), option.end());
+        const Outcome zeros = run(arguments, {.input = records});
+        EXPECT_EQ(zeros.out, first + std::string(16, '\0') + last);
+        EXPECT_EQ(zeros.err, err);
+        EXPECT_EQ(zeros.status, 1);
+    }
+    const Outcome omitted = run({"batch", "--raw", "result:12", "--rejected", "omit"}, {.input = records});
+    EXPECT_EQ(omitted.out, first + last);
+    EXPECT_EQ(omitted.err, err);
+    EXPECT_EQ(omitted.status, 1);
+}
+
+// A dump of outgoing lists with empty slots.
+TEST(Raw, ReadsADumpWithEmptySlots) {
+    std::string records(20000 * 20, '\0');
+    for (std::size_t i = 0; i < 20000; i += 2) {
+        records[20 * i] = '\x51';
+        records[20 * i + 1] = '\x20';
+    }
+    const File out;
+    const Outcome outcome =
+        run({"batch", "--raw", "reverse:53", "-o", out.path()}, {.input = records, .err = program::Stream::full});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(out.content().size(), 20000U * 32);
+}
+
+TEST(Raw, TakesSeveralTranslators) {
+    const std::string entry = std::string("\1\2\3\4\5\6\7\10", 8) + std::string("\0\0\0\0\1\2\3\4", 8);
+    std::string records;
+    std::string expected;
+    for (int i = 0; i < 30000; ++i) {
+        records += entry;
+        expected += std::string("\6\5\4\3\2\1\7\10", 8) + std::string("\x11\0\1\0\1\2\3\4", 8);
+    }
+    const Outcome outcome = run({"batch", "--raw", "key:17", "--raw", "result:17"}, {.input = records});
+    EXPECT_TRUE(outcome.out == expected);
+    EXPECT_EQ(outcome.err, "");
+    const Outcome half = run({"batch", "--raw", "key:17", "--raw", "result:17"}, {.input = entry.substr(0, 8)});
+    EXPECT_EQ(half.out, "\6\5\4\3\2\1\7\10");
+    EXPECT_EQ(half.err,
+              "npxlate: error: record 1 (offset 8): the input ends within an entry: expected 8 bytes for "
+              "vrrp_vmac_entry_st_xlate_result, found 0 bytes\n"
+              "npxlate: error: not translated: 1 of 2 records\n");
+    // Lengths of their own, and a type for that which takes one.
+    EXPECT_EQ(run({"batch", "--raw", "key:0:2", "--raw", "key:0:3"}, {.input = "abcdefghij"}).out, "abcdefghij");
+    EXPECT_EQ(run({"batch", "--raw", "key:121", "--raw", "reverse:52", "--type", "1"},
+                  {.input = "abcd" + std::string(32, 'x')})
+                  .out,
+              "dcba\x01" + std::string(47, '\0'));
+}
+
+// The shorter form of a record has the shorter length, and the other does not.
+TEST(Raw, TakesTheShorterForm) {
+    const Outcome outcome =
+        run({"batch", "--raw", "result:30:4", "--rejected", "omit"}, {.input = std::string("\0\1\2\3\1\1\2\3", 8)});
+    EXPECT_EQ(outcome.out, std::string("\x91\1\2\3\0\0\0\0", 8));
     EXPECT_EQ(outcome.status, 1);
 }
 
@@ -368,9 +435,11 @@ TEST(Batch, IsRefusedForWrongOptions) {
         {{"/nonexistent/file"}, "cannot read /nonexistent/file: No such file or directory"},
         {{file.path(), "-o", file.path()}, "cannot write " + file.path() + ": it is the input"},
         {{"--raw", "17"},
-         "bad --raw 17: expected key, result or reverse, a colon and a table id or name, such as result:13"},
+         "bad --raw 17: expected key, result or reverse, a colon and a table id or name, such as result:13, "
+         "perhaps with a colon and a number of bytes"},
         {{"--raw", "value:17"},
-         "bad --raw value:17: expected key, result or reverse, a colon and a table id or name, such as result:13"},
+         "bad --raw value:17: expected key, result or reverse, a colon and a table id or name, such as result:13, "
+         "perhaps with a colon and a number of bytes"},
         {{"--raw", "key:200"}, "there is no table 200: expected a table id from 0 to 127"},
         {{"--raw", "key:0"}, "generic_xlate_key takes records of 0 to 47 bytes: expected --length N"},
         {{"--raw", "key:0", "--length", "0"}, "generic_xlate_key would take records of no bytes: expected at least 1"},
@@ -378,9 +447,13 @@ TEST(Batch, IsRefusedForWrongOptions) {
          "generic_xlate_key takes a logical record of 0 to 47 bytes, but 48 bytes came"},
         {{"--raw", "key:0", "--length", "many"}, "bad --length many: expected a number of bytes"},
         {{"--raw", "reverse:52"}, "ipmc_encap_logical_res_xlate needs the type of the entry: expected --type N"},
-        {{"--raw", "reverse:92"},
-         "esi_info_logical_res_xlate needs the logical key of the entry: expected --logical-key HEX"},
-        {{"--type", "1"}, "--length, --type and --logical-key go with --raw: in JSON Lines each entry says its own"},
+        {{"--raw", "reverse:92"}, "esi_info_logical_res_xlate needs the logical key of the entry: expected --key HEX"},
+        {{"--type", "1"},
+         "--length, --rejected, --type and --key go with --raw: in JSON Lines each entry says its own"},
+        {{"--rejected", "omit"},
+         "--length, --rejected, --type and --key go with --raw: in JSON Lines each entry says its own"},
+        {{"--raw", "key:17", "--rejected", "keep"}, "bad --rejected keep: expected zeros or omit"},
+        {{"--raw", "key:17", "--type", "1"}, "vrrp_vmac_entry_st_xlate_key takes no entry type: expected no --type"},
     };
     for (const auto& [options, message] : wrong) {
         std::vector<std::string> arguments{"batch"};
@@ -391,6 +464,30 @@ TEST(Batch, IsRefusedForWrongOptions) {
         EXPECT_EQ(outcome.status, 2);
     }
     EXPECT_EQ(file.content(), "{}");
+}
+
+TEST(Batch, SaysThatItWaitsForItsInput) {
+    const Outcome outcome = run({"batch"}, {.in_is_terminal = true});
+    EXPECT_EQ(outcome.err,
+              "npxlate: note: reading entries, one a line, from standard input; Ctrl-D on a line of its own ends it\n");
+}
+
+TEST(Batch, ShowsItsProgressInTheWidthOfTheTerminal) {
+    std::string lines;
+    for (unsigned i = 0; i < 10000; ++i) {
+        lines += "{\"table\":121,\"key\":\"01020304\"}\n";
+    }
+    const File file{lines};
+    for (const unsigned short columns : {20, 30, 40, 80}) {
+        const std::string shown =
+            run({"batch", file.path()},
+                {.err = program::Stream::terminal, .environment = {"TERM=xterm"}, .columns = columns})
+                .err;
+        const std::size_t begin = shown.find('\r') + 1;
+        EXPECT_LT(shown.find("\x1b", begin) - begin, columns) << shown;
+        EXPECT_NE(shown.find(" entries"), std::string::npos) << shown;
+    }
+    EXPECT_EQ(run({"batch", file.path()}, {.err = program::Stream::terminal, .environment = {"TERM=dumb"}}).err, "");
 }
 
 TEST(Batch, ShowsItsProgressOnATerminal) {

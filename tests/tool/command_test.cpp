@@ -120,6 +120,23 @@ TEST(Record, IsRefusedForItsLength) {
                  "bytes came");
 }
 
+// The header gives two records a form that is shorter than the other.
+TEST(Record, MayHaveTheShorterOfTwoForms) {
+    EXPECT_EQ(run({"result", "92", "0102030405060708"}).out, run({"result", "92", "0102030405060708ff"}).out);
+    EXPECT_EQ(run({"result", "92", "0102030405060708"}).status, 0);
+    expect_error(
+        {"result", "92", zeros(8)}, 2,
+        "velox_esi_info_type_xlate_result takes a logical record of 9 bytes (or 8 if L0 is not 0, or 12, as read "
+        "back), but 8 bytes came");
+    EXPECT_EQ(run({"result", "30", "00010203"}).out, "9101020300000000\n");
+    expect_error({"result", "30", "01010203"}, 2,
+                 "evpn_mh_peer_type_xlate_result takes a logical record of 10 bytes (or 4 if L0.0 is clear, or 12, as "
+                 "read back), but 4 bytes came");
+    EXPECT_EQ(run({"batch"}, {.input = "{\"table\":30,\"result\":\"00010203\"}\n"}).out,
+              "{\"table\":30,\"physical_result\":\"9101020300000000\"}\n");
+    EXPECT_EQ(run({"explain", "30", "00010203"}).status, 0);
+}
+
 TEST(Record, MayBeOneThatWasReadBack) {
     const std::string record = zeros(100) + "ff";
     const Outcome written = run({"result", "75", record});
@@ -152,16 +169,87 @@ TEST(Json, TellsAChangedInputAndARefusal) {
 }
 
 TEST(Refusal, SaysWhichStatusAndWhatItMeans) {
-    expect_error({"result", "12", "01 10 00", zeros(33)}, 1,
-                 "r_ldi_entry_st_result returned 95 (NPXLATE_NOT_SUPPORTED): a combination of flags that the table "
-                 "does not take");
-    expect_error({"reverse", "52", "--type", "6", zeros(32)}, 1,
-                 "ipmc_encap_logical_res_xlate returned 22 (NPXLATE_INVALID): a length or a type that the table does "
-                 "not take");
-    expect_error({"result", "srv6_info_res_xlate", "00 00 05", zeros(77)}, 1,
-                 "srv6_info_res_xlate returned 34 (NPXLATE_OUT_OF_RANGE): more than 4 segment identifiers");
-    expect_error({"result", "srv6_sida_res_xlate", "00 00 05", zeros(77)}, 1,
-                 "srv6_sida_res_xlate returned 0 (NPXLATE_OK), but stored no length: it does not take this record");
+    expect_error(
+        {"result", "12", "01 10 00", zeros(33)}, 1,
+        "r_ldi_entry_st_result returned 95 (NPXLATE_NOT_SUPPORTED): expected a logical record of 36 bytes with "
+        "L1.4 or L0.0 clear");
+    expect_error(
+        {"reverse", "52", "--type", "6", zeros(32)}, 1,
+        "ipmc_encap_logical_res_xlate returned 22 (NPXLATE_INVALID): expected a physical record of 32 bytes with "
+        "an entry type of 1 to 5");
+    expect_error(
+        {"result", "srv6_info_res_xlate", "00 00 05", zeros(77)}, 1,
+        "srv6_info_res_xlate returned 34 (NPXLATE_OUT_OF_RANGE): expected a logical record of 80 bytes with L0.0 "
+        "clear and at most 4 segment identifiers, L2");
+    expect_error(
+        {"result", "srv6_sida_res_xlate", "00 00 05", zeros(77)}, 1,
+        "srv6_sida_res_xlate returned 0 (NPXLATE_OK), but stored no length: expected a logical record of 80 bytes "
+        "with at most 4 segment identifiers, L2, where L0.0 is clear");
+}
+
+// Every translator that rejects records says which it takes.
+TEST(Refusal, SaysWhatIsTaken) {
+    const auto expected = [](const Words& arguments) {
+        const std::string err = run(arguments).err;
+        const std::string before = "): expected ";
+        return err.substr(std::min(err.find(before), err.size() - before.size()) + before.size());
+    };
+    EXPECT_EQ(
+        expected({"result", "23", zeros(92)}),
+        "a logical record of 92 bytes with a type, L8-11, of 1 to 11, and in type 11 a selector, L60, of 0 to 2\n");
+    EXPECT_EQ(expected({"result", "53", zeros(32)}), "a logical record of 32 bytes with a type, L0-3, of 1 to 4\n");
+    EXPECT_EQ(expected({"reverse", "53", zeros(20)}),
+              "a physical record of 20 bytes with a type bit set: P0.7, P0.6, P0.5 or P1.6\n");
+    for (const char* role : {"key", "result"}) {
+        EXPECT_NE(
+            expected({role, "52", zeros(std::string_view{role} == "key" ? 8 : 42)}).find("a type, L0-3, of 1 to 5"),
+            std::string::npos);
+    }
+    EXPECT_EQ(expected({"result", "srv6_array_res_xlate", zeros(80)}), "a logical record of 80 bytes with L0.0 set\n");
+}
+
+TEST(Refusal, SaysThatATableCannotBeReadBack) {
+    expect_error({"reverse", "67", zeros(32)}, 2,
+                 "sample_nf_info_logical_res_xlate takes a physical record of 16 bytes, but 32 bytes came; results of "
+                 "table 67, which have 32, cannot be read back through its slot");
+    expect_error({"reverse", "93", zeros(64)}, 2,
+                 "generic_xlate_logical_result takes a physical record of 0 to 63 bytes, but 64 bytes came; results of "
+                 "64, as those of table 93, cannot be read back through their table's slot");
+    for (const char* table : {"67", "93"}) {
+        const Outcome trip = run({"roundtrip", table, zeros(std::string_view{table} == "67" ? 18 : 56)});
+        EXPECT_EQ(trip.status, 1);
+        EXPECT_EQ(trip.out, "");
+        EXPECT_NE(trip.err.find("cannot be read back through"), std::string::npos) << trip.err;
+    }
+}
+
+TEST(ExitStatus, TellsARejectedRecord) {
+    const std::string rejected = "011005" + zeros(33);
+    EXPECT_EQ(run({"result", "12", rejected}).status, 1);
+    EXPECT_EQ(run({"explain", "12", rejected}).status, 1);
+    EXPECT_EQ(run({"explain", "12", "--json", rejected}).status, 1);
+    EXPECT_EQ(run({"roundtrip", "12", rejected}).status, 1);
+    EXPECT_EQ(run({"diff", "12", rejected, zeros(36)}).status, 2);
+    EXPECT_EQ(run({"explain", "115", "000005" + zeros(77)}).status, 1);
+    const Outcome explained = run({"explain", "12", rejected});
+    EXPECT_NE(explained.out, "");
+    EXPECT_EQ(count_lines(explained.err), 1U);
+    EXPECT_NE(explained.err.find("NPXLATE_NOT_SUPPORTED"), std::string::npos);
+}
+
+TEST(ExitStatus, OfDiffIsThatOfDiff) {
+    const Words same{"diff", "17", "--role", "key", zeros(8), zeros(8)};
+    EXPECT_EQ(run(same).status, 0);
+    const Words other{"diff", "17", "--role", "key", zeros(8), zeros(7) + "01"};
+    const Outcome different = run(other);
+    EXPECT_EQ(different.status, 1);
+    EXPECT_EQ(different.err, "");
+    EXPECT_EQ(run({"diff", "17", "--role", "key", zeros(8), "zz"}).status, 2);
+    EXPECT_EQ(run({"diff", "17", "--role", "key", zeros(8)}).status, 2);
+    for (const program::Stream out : {program::Stream::full, program::Stream::broken, program::Stream::closed}) {
+        EXPECT_EQ(run(same, {.out = out}).status, 2);
+        EXPECT_EQ(run(other, {.out = out}).status, 2);
+    }
 }
 
 TEST(Surprise, IsNoted) {
@@ -236,7 +324,14 @@ TEST(TxAdjKeyMax, DecidesTheMarkOfTeNextHops) {
     EXPECT_NE(run({"batch"}, {.input = line}).out, run({"batch", "--tx-adj-key-max", "4096"}, {.input = line}).out);
     expect_error({"result", "7", record, "--tx-adj-key-max", "65536"}, 2,
                  "bad --tx-adj-key-max 65536: expected a number from 0 to 65535");
-    expect_error({"result", "17", zeros(8), "--tx-adj-key-max", "1"}, 2,
+    // One rule for all commands.
+    for (const char* command : {"result", "explain", "roundtrip"}) {
+        expect_error({command, "17", zeros(8), "--tx-adj-key-max", "1"}, 2,
+                     "vrrp_vmac_entry_st_xlate_result does not depend on TX_ADJ_KEY_MAX: expected no --tx-adj-key-max");
+    }
+    expect_error({"diff", "17", zeros(8), zeros(8), "--tx-adj-key-max", "1"}, 2,
+                 "vrrp_vmac_entry_st_xlate_result does not depend on TX_ADJ_KEY_MAX: expected no --tx-adj-key-max");
+    expect_error({"batch", "--raw", "result:17", "--tx-adj-key-max", "1"}, 2,
                  "vrrp_vmac_entry_st_xlate_result does not depend on TX_ADJ_KEY_MAX: expected no --tx-adj-key-max");
 }
 
@@ -259,6 +354,32 @@ TEST(TableOrName, IsRefusedWhenThereIsNone) {
     EXPECT_EQ(garbage.status, 2);
     EXPECT_EQ(count_lines(garbage.err), 1U);
     EXPECT_LT(garbage.err.size(), 300U);
+}
+
+std::string suggestion(const Words& arguments) {
+    const std::string err = run(arguments).err;
+    const std::string before = "did you mean ";
+    const std::size_t at = err.find(before);
+    return at == std::string::npos ? ""
+                                   : err.substr(at + before.size(), err.find_first_of("?(", at) - at - before.size());
+}
+
+TEST(Suggestion, IsWhatBeginsSoThenWhatHasItAsAPartThenWhatIsSpeltSo) {
+    EXPECT_EQ(suggestion({"key", "rx_adjacency", "00"}), "rx_adjacency_type_xlate_key");
+    EXPECT_EQ(suggestion({"key", "RX-Adjacency", "00"}), "rx_adjacency_type_xlate_key");
+    EXPECT_EQ(suggestion({"key", "adjacency", "00"}),
+              "rx_adjacency_type_xlate_key, tx_adjacency_type_xlate_key or te_nh_adjacency_type_xlate_key");
+    EXPECT_EQ(suggestion({"result", "l2ufib", "00"}), "l2_ufib_type_xlate_result");
+    EXPECT_EQ(suggestion({"layout", "rx_adjacensy_type_xlate_result"}), "rx_adjacency_type_xlate_result");
+    EXPECT_EQ(suggestion({"key", "quite something else", "00"}), "");
+}
+
+TEST(Suggestion, IsThereForWhateverHasANameOfItsOwn) {
+    EXPECT_EQ(suggestion({"expalin", "4"}), "explain");
+    EXPECT_EQ(suggestion({"round", "4"}), "roundtrip");
+    EXPECT_EQ(suggestion({"registers", "prase"}), "parse");
+    EXPECT_EQ(suggestion({"tables", "--jsn"}), "--json");
+    EXPECT_EQ(suggestion({"batch", "--logical-key", "00"}), "--key");
 }
 
 TEST(TableOrName, IsRefusedForAnotherRole) {
@@ -284,6 +405,7 @@ TEST(CommandLine, IsRefusedInOneLine) {
 
 TEST(CommandLine, HelpsAndTellsItsVersion) {
     EXPECT_EQ(run({"--version"}).out, "npxlate 1.0.0\n");
+    EXPECT_EQ(run({"-V"}).out, "npxlate 1.0.0\n");
     for (const char* command : {"key", "result", "reverse", "batch", "tables", "atlas", "registers"}) {
         const Outcome outcome = run({command, "--help"});
         EXPECT_EQ(outcome.status, 0);
@@ -389,6 +511,50 @@ TEST(Output, HasNoColourOffATerminal) {
     const program::Setting terminal_like{.environment = {"TERM=xterm-256color"}};
     EXPECT_EQ(run({"tables"}, terminal_like).out.find('\x1b'), std::string::npos);
     EXPECT_EQ(run({"tables", "--bad"}, terminal_like).err.find('\x1b'), std::string::npos);
+}
+
+TEST(Output, IsPlainOnATerminalThatIsNoMore) {
+    for (const Words& environment : {Words{"TERM=dumb", "LC_ALL=C.UTF-8"}, Words{"LC_ALL=C.UTF-8"}}) {
+        const Outcome outcome =
+            run({"explain", "121", "000203"},
+                {.out = program::Stream::terminal, .err = program::Stream::terminal, .environment = environment});
+        EXPECT_EQ(outcome.out.find_first_of("\x1b\xe2"), std::string::npos) << outcome.out;
+        EXPECT_EQ(run({"key", "128"}, {.err = program::Stream::terminal, .environment = environment}).err.find('\x1b'),
+                  std::string::npos);
+    }
+    // Colours, but no boxes, where the locale has no UTF-8.
+    for (const char* locale : {"LC_ALL=C", "LC_ALL=no such locale"}) {
+        const Outcome outcome = run({"explain", "121", "000203"},
+                                    {.out = program::Stream::terminal, .environment = {"TERM=xterm", locale}});
+        EXPECT_EQ(outcome.out.find('\xe2'), std::string::npos) << outcome.out;
+        EXPECT_NE(outcome.out.find('\x1b'), std::string::npos) << outcome.out;
+    }
+}
+
+TEST(Output, IsAsWideAsTheTerminal) {
+    for (const unsigned short columns : {30, 40, 60, 200}) {
+        const Outcome outcome =
+            run({"explain", "4", zeros(30)},
+                {.out = program::Stream::terminal, .environment = {"TERM=dumb"}, .columns = columns});
+        std::istringstream lines{outcome.out};
+        std::size_t widest = 0;
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("     +") || line.starts_with("L") || line.starts_with("P")) {
+                widest = std::max(widest, line.find_last_not_of("\r") + 1);
+            }
+        }
+        EXPECT_LE(widest, std::min<std::size_t>(columns, 80)) << outcome.out;
+        EXPECT_GE(widest, std::min<std::size_t>(columns, 80) - 10);
+    }
+}
+
+TEST(Output, IsNoBinaryOnATerminal) {
+    const Outcome outcome = run({"batch", "--raw", "key:121"}, {.input = "abcd", .out = program::Stream::terminal});
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(
+        outcome.err,
+        "npxlate: error: standard output is a terminal, and the records are binary: expected -o FILE or a pipe\n");
+    EXPECT_EQ(outcome.status, 2);
 }
 
 TEST(Output, HasColourOnATerminalUnlessNotWanted) {

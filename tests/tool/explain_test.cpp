@@ -27,6 +27,14 @@ Outcome expect_done(const Words& arguments) {
     return outcome;
 }
 
+// Two records that differ.
+Outcome expect_different(const Words& arguments) {
+    Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 1);
+    return outcome;
+}
+
 void expect_error(const Words& arguments, int status, const std::string& message) {
     const Outcome outcome = run(arguments);
     EXPECT_EQ(outcome.err, "npxlate: error: " + message + "\n");
@@ -102,10 +110,10 @@ TEST(Explain, SaysTheSameAsJson) {
 
 TEST(Explain, ShowsWhatARejectedRecordLeft) {
     // L1.4 with L0.0: not supported.
-    const std::string out = expect_done({"explain", "12", bytes(36, "0110")}).out;
+    const std::string out = run({"explain", "12", bytes(36, "0110")}).out;
     EXPECT_NE(out.find("NPXLATE_NOT_SUPPORTED: the record is rejected; what was written before"), std::string::npos);
     EXPECT_NE(out.find("P1.3"), std::string::npos);
-    const json explained = json::parse(expect_done({"explain", "12", "--json", bytes(36, "0110")}).out);
+    const json explained = json::parse(run({"explain", "12", "--json", bytes(36, "0110")}).out);
     EXPECT_EQ(explained["status"], 95);
     EXPECT_EQ(explained["length"], nullptr);
 }
@@ -195,7 +203,22 @@ TEST(Roundtrip, TakesTheLogicalKey) {
     EXPECT_NE(esi.find("L4-7 restored"), std::string::npos) << esi;
     EXPECT_EQ(expect_done(with("ffffffffffffffff")).out, esi);
     EXPECT_EQ(expect_done(with("ffffffffffffff00")).out.find("L4-7 restored"), std::string::npos);
-    expect_error(without, 2, "esi_info_logical_res_xlate needs the logical key of the entry: expected --key HEX");
+    // Without it, the record says itself which it is.
+    EXPECT_EQ(expect_done(without).out, esi);
+    EXPECT_EQ(expect_done({"roundtrip", "92", bytes(9, "000203040506")}).out.find("L4-7 restored"), std::string::npos);
+}
+
+TEST(Roundtrip, TakesTheTypeFromTheRecordOrTheKey) {
+    const auto reverse_out = [](const Words& more) {
+        Words words{"roundtrip", "52", "--json", bytes(42, "04000000")};
+        words.insert(words.end(), more.begin(), more.end());
+        return json::parse(expect_done(words).out)["reverse"]["out"].get<std::string>().substr(0, 8);
+    };
+    EXPECT_EQ(reverse_out({}), "04000000");
+    EXPECT_EQ(reverse_out({"--type", "3"}), "03000000");
+    EXPECT_EQ(reverse_out({"--key", "0200000001000000"}), "02000000");
+    expect_error({"roundtrip", "52", "--key", "02", bytes(42, "04")}, 2,
+                 "the logical key of the entry has 8 bytes, but 1 byte came");
 }
 
 TEST(Roundtrip, EndsWithARejectedRecord) {
@@ -208,7 +231,7 @@ TEST(Roundtrip, EndsWithARejectedRecord) {
 }
 
 TEST(Diff, NamesBothSides) {
-    EXPECT_EQ(expect_done({"diff", "17", "--role", "key", "0102030405060708", "0102030405ff0709"}).out,
+    EXPECT_EQ(expect_different({"diff", "17", "--role", "key", "0102030405060708", "0102030405ff0709"}).out,
               "vrrp_vmac_entry_st_xlate_key, key of table 17\n"
               "both: NPXLATE_OK, variant every record\n"
               "\n"
@@ -228,7 +251,8 @@ TEST(Diff, NamesBothSides) {
 }
 
 TEST(Diff, SaysTheSameAsJson) {
-    const json difference = json::parse(expect_done({"diff", "4", "--json", bytes(30, "20"), bytes(30, "40")}).out);
+    const json difference =
+        json::parse(expect_different({"diff", "4", "--json", bytes(30, "20"), bytes(30, "40")}).out);
     EXPECT_EQ(difference["same_way"], false);
     EXPECT_EQ(difference["first"]["variant"], "A, 32 bits");
     EXPECT_EQ(difference["second"]["variant"], "B");

@@ -10,6 +10,7 @@
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
 #include "npxlate/output.h"
+#include "npxlate/taken.h"
 #include "npxlate/translation.h"
 #include "tool/program.h"
 

@@ -22,8 +22,8 @@ struct NotDone : Failure {
 };
 
 // Nobody reads the output any more, as in `npxlate tables | head`. That is no error to tell anybody.
-struct NobodyReads : NotDone {
-    using NotDone::NotDone;
+struct NobodyReads : Failure {
+    explicit NobodyReads(const std::string& message, int status = 1) : Failure{status, message} {}
 };
 
 }  // namespace io

@@ -17,17 +17,42 @@
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
 #include "npxlate/output.h"
+#include "npxlate/suggest.h"
 
 namespace tool {
 namespace {
 
+// The first argument that looks like an option and is none of the command's.
+std::string unknown_option(const CLI::App& command, const CLI::App& app) {
+    for (const std::string& rest : app.remaining(true)) {
+        if (rest.size() > 1 && rest.starts_with('-') && command.get_option_no_throw(rest) == nullptr) {
+            return rest.substr(0, rest.find('='));
+        }
+    }
+    return "";
+}
+
+std::vector<std::string> options_of(const CLI::App& command) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
 // One line, as for every other error.
 std::string one_line(const CLI::App* app, const CLI::Error& error) {
-    std::string command = app->get_name();
+    const CLI::App* command = app;
+    std::string name = app->get_name();
     for (const CLI::App* chosen : app->get_subcommands()) {
-        command += " " + chosen->get_name();
+        name += " " + chosen->get_name();
+        command = chosen;
     }
-    return fmt::format("{} (see {} --help)\n", error.what(), command);
+    const std::string option = unknown_option(*command, *app);
+    return fmt::format("{}{} (see {} --help)\n", error.what(),
+                       option.empty() ? "" : did_you_mean(option, options_of(*command)), name);
 }
 
 // CLI11 would only say that a command is required.
@@ -39,14 +64,14 @@ void check_command(const CLI::App& app, int argc, const char* const* argv) {
     if (argc < 2 || *argv[1] == '-' || std::ranges::count(names, argv[1]) > 0) {
         return;
     }
-    throw WrongInput{
-        fmt::format("there is no command \"{}\": expected one of {}", printable(argv[1]), fmt::join(names, ", "))};
+    throw WrongInput{fmt::format("there is no command \"{}\": expected one of {}{}", printable(argv[1]),
+                                 fmt::join(names, ", "), did_you_mean(argv[1], names))};
 }
 
 int run_command(int argc, const char* const* argv) {
     CLI::App app{"Translates forwarding-table entries between logical and physical records.", "npxlate"};
-    app.set_version_flag("--version", fmt::format("npxlate {}.{}.{}", NPXLATE_VERSION_MAJOR, NPXLATE_VERSION_MINOR,
-                                                  NPXLATE_VERSION_PATCH));
+    app.set_version_flag("-V,--version", fmt::format("npxlate {}.{}.{}", NPXLATE_VERSION_MAJOR, NPXLATE_VERSION_MINOR,
+                                                     NPXLATE_VERSION_PATCH));
     app.require_subcommand(1);
     app.failure_message(one_line);
     app.footer("Example: npxlate tables\nFor more about a command: npxlate COMMAND --help");
@@ -77,6 +102,8 @@ int run(int argc, const char* const* argv) {
         return run_command(argc, argv);
     } catch (const io::NobodyReads& failure) {
         return failure.exit_status;
+    } catch (const RecordsDiffer& difference) {
+        return difference.exit_status;
     } catch (const Failure& failure) {
         report(failure.what());
         return failure.exit_status;

@@ -2,48 +2,42 @@
 
 #include "npxlate/batch.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <string>
+#include <vector>
 
 #include <fmt/format.h>
 #include <CLI/App.hpp>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
+#include "npxlate/input.h"
 #include "npxlate/lookup.h"
 #include "npxlate/options.h"
+#include "npxlate/taken.h"
+#include "npxlate/terminal.h"
 
 namespace tool {
 namespace {
 
 using catalogue::Role;
+using catalogue::Trait;
 using catalogue::Translator;
 
 struct Options {
     std::string file = "-";
     std::string out = "-";
-    std::string raw;
+    std::vector<std::string> raw;
     std::string length;
+    std::string rejected;
     ArgumentOptions argument;
     TxAdjKeyMaxOption tx_adj_key_max;
     bool quiet = false;
 };
-
-// ROLE:TABLE_OR_NAME
-const Translator& find_raw(const std::string& raw) {
-    const std::size_t colon = raw.find(':');
-    for (const Role role : {Role::key, Role::result, Role::reverse}) {
-        if (colon != std::string::npos && raw.substr(0, colon) == catalogue::to_string(role)) {
-            return find_translator(std::string_view{raw}.substr(colon + 1), role);
-        }
-    }
-    throw WrongInput{
-        fmt::format("bad --raw {}: expected key, result or reverse, a colon and a table id or name, such "
-                    "as result:13",
-                    printable(raw))};
-}
 
 std::size_t raw_length(const Translator& translator, const std::string& given) {
     std::size_t length = translator.in().most;
@@ -64,30 +58,78 @@ std::size_t raw_length(const Translator& translator, const std::string& given) {
     return length;
 }
 
+// ROLE:TABLE_OR_NAME, perhaps with :LENGTH
+RawRecord find_raw(const std::string& raw, const std::string& length) {
+    const std::size_t colon = raw.find(':');
+    for (const Role role : {Role::key, Role::result, Role::reverse}) {
+        if (colon == std::string::npos || raw.substr(0, colon) != catalogue::to_string(role)) {
+            continue;
+        }
+        const std::size_t second = std::min(raw.find(':', colon + 1), raw.size());
+        const Translator& translator =
+            find_translator(std::string_view{raw}.substr(colon + 1, second - colon - 1), role);
+        return {&translator, raw_length(translator, second < raw.size() ? raw.substr(second + 1) : length)};
+    }
+    throw WrongInput{
+        fmt::format("bad --raw {}: expected key, result or reverse, a colon and a table id or name, such "
+                    "as result:13, perhaps with a colon and a number of bytes",
+                    printable(raw))};
+}
+
+Rejected find_rejected(const std::string& name) {
+    if (name == "omit") {
+        return Rejected::omitted;
+    }
+    if (name.empty() || name == "zeros") {
+        return Rejected::zeros;
+    }
+    throw WrongInput{fmt::format("bad --rejected {}: expected zeros or omit", printable(name))};
+}
+
+// Each of the arguments must be one that a record of the entry takes.
+void check_arguments(const std::vector<RawRecord>& entry, const FourthArgument& argument) {
+    for (const RawRecord& record : entry) {
+        FourthArgument own;
+        if (record.translator->has(Trait::takes_type)) {
+            own.type = argument.type;
+        }
+        if (record.translator->has(Trait::takes_key)) {
+            own.key = argument.key;
+        }
+        check_argument(*record.translator, entry.size() == 1 ? argument : own, "--type", "--key");
+    }
+}
+
 void run(const Options& options) {
     const FourthArgument argument = options.argument.read();
-    const Translator* raw = nullptr;
-    std::size_t length = 0;
-    if (!options.raw.empty()) {
-        raw = &find_raw(options.raw);
-        check_argument(*raw, argument, "--type", "--logical-key");
-        length = raw_length(*raw, options.length);
-    } else if (!options.length.empty() || argument.type || argument.key) {
-        throw WrongInput{"--length, --type and --logical-key go with --raw: in JSON Lines each entry says its own"};
+    std::vector<RawRecord> entry;
+    std::vector<const Translator*> translators;
+    for (const std::string& raw : options.raw) {
+        entry.push_back(find_raw(raw, options.length));
+        translators.push_back(entry.back().translator);
     }
-    options.tx_adj_key_max.apply();
+    check_arguments(entry, argument);
+    if (entry.empty() && (!options.length.empty() || !options.rejected.empty() || argument.type || argument.key)) {
+        throw WrongInput{"--length, --rejected, --type and --key go with --raw: in JSON Lines each entry says its own"};
+    }
+    const Rejected rejected = find_rejected(options.rejected);
+    options.tx_adj_key_max.apply(translators);
 
-    InputStream input{options.file};
     const bool to_file = options.out != "-";
+    if (!entry.empty() && !to_file && is_terminal(STDOUT_FILENO)) {
+        throw WrongInput{"standard output is a terminal, and the records are binary: expected -o FILE or a pipe"};
+    }
+    InputStream input{options.file};
     if (to_file && input.is(options.out)) {
         throw WrongInput{fmt::format("cannot write {}: it is the input", options.out)};
     }
+    note_waiting(input, entry.empty() ? "entries, one a line," : "binary records");
     Output output{options.out};
     Progress progress{!options.quiet && progress_can_show(to_file), input.size()};
-    if (raw != nullptr) {
-        translate_raw(*raw, length, argument, input, output, progress);
-    } else {
+    if (entry.empty()) {
         translate_json_lines(input, output, progress);
+    } else {
+        translate_raw(entry, rejected, argument, input, output, progress);
     }
 }
 
@@ -97,21 +139,29 @@ void add_batch(CLI::App& app) {
     CLI::App* const command = app.add_subcommand("batch", "Translate many entries");
     command->footer(
         "JSON Lines, an entry a line; other members pass through as they are:\n"
-        "  {\"table\": 17, \"key\": \"HEX\", \"result\": \"HEX\"}   to the same with physical records\n"
+        "  {\"table\": 17, \"key\": \"HEX\", \"result\": \"HEX\"}   to \"physical_key\" and \"physical_result\"\n"
         "  {\"table\": 17, \"physical_result\": \"HEX\"}         to \"logical_result\"; with \"type\" (table 52)\n"
         "                                                or \"logical_key\" (table 92)\n"
         "In place of an id, \"table\" may be a translator's name, for the record of its role. Entries that cannot be\n"
-        "translated are reported by line number and left out.\n"
+        "translated are reported by line number and left out. Binary records that are rejected are reported, too; "
+        "zeros\n"
+        "stand in their place.\n"
         "Example: npxlate batch entries.jsonl -o physical.jsonl\n"
-        "         npxlate batch --raw result:17 < logical.bin > physical.bin");
+        "         npxlate batch --raw result:17 < logical.bin > physical.bin\n"
+        "         npxlate batch --raw key:17 --raw result:17 < entries.bin > physical.bin");
     const auto options = std::make_shared<Options>();
     command->add_option("FILE", options->file, "What to translate; - or nothing: standard input");
     command->add_option("-o,--output", options->out, "Where to write it; without: standard output");
-    command->add_option("--raw", options->raw,
-                        "Binary records of one translator instead of JSON Lines: ROLE:TABLE_OR_NAME");
+    command
+        ->add_option("--raw", options->raw,
+                     "Binary records instead of JSON Lines: ROLE:TABLE_OR_NAME or ROLE:TABLE_OR_NAME:LENGTH; given\n"
+                     "several times, an entry is a record of each, in this order")
+        ->allow_extra_args(false);
     command->add_option("--length", options->length,
                         "With --raw: the bytes of a record, where the table takes several");
-    options->argument.add_to(*command, "--logical-key");
+    command->add_option("--rejected", options->rejected,
+                        "With --raw: zeros in the place of a record that is rejected, or omit: nothing");
+    options->argument.add_to(*command);
     options->tx_adj_key_max.add_to(*command);
     command->add_flag("-q,--quiet", options->quiet, "No progress bar");
     command->callback([options] { run(*options); });

@@ -251,7 +251,7 @@ void run(const Options& options) {
             fmt::format("{} reads records back: expected a key or a result translator, whose records are on the card",
                         translator.name)};
     }
-    options.tx_adj_key_max.apply();
+    options.tx_adj_key_max.apply({&translator});
     const Bytes record = read_record(options.source);
     const decode::Decoder decoder{translator};
     if (!decoder.makes(record.size())) {

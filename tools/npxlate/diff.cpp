@@ -14,6 +14,7 @@
 #include "npxlate/hex.h"
 #include "npxlate/input.h"
 #include "npxlate/subject.h"
+#include "npxlate/taken.h"
 #include "npxlate/translation.h"
 
 namespace tool {
@@ -118,10 +119,10 @@ void run(const Options& options) {
     const Translator& translator = options.subject.find();
     const FourthArgument argument = options.argument.read();
     check_argument(translator, argument, "--type", "--key");
-    options.tx_adj_key_max.apply();
-    const auto [first, second] = read_record_pair(options.source);
-    check_length(translator, first.size());
-    check_length(translator, second.size());
+    options.tx_adj_key_max.apply({&translator});
+    auto [first, second] = read_record_pair(options.source);
+    check_record(translator, first);
+    check_record(translator, second);
     if (first.size() != second.size()) {
         throw WrongInput{fmt::format("the records have {} and {} bytes: expected two of the same length", first.size(),
                                      second.size())};
@@ -131,6 +132,11 @@ void run(const Options& options) {
         print_json(to_json(comparison));
     } else {
         print(to_text(comparison, style_of_stdout()));
+    }
+    check_accepted(comparison.first);
+    check_accepted(comparison.second);
+    if (first != second) {
+        throw RecordsDiffer{};
     }
 }
 
@@ -142,10 +148,10 @@ void add_diff(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     options->subject.add_to(*command);
     add_record_pair_source(*command, options->source);
-    options->argument.add_to(*command, "--key");
+    options->argument.add_to(*command);
     options->tx_adj_key_max.add_to(*command);
     command->add_flag("--json", options->json, "The same as JSON");
-    command->callback([options] { run(*options); });
+    command->callback([options] { run_as_comparison([&] { run(*options); }); });
 }
 
 }  // namespace tool

@@ -7,13 +7,18 @@
 #include <fmt/format.h>
 
 #include "npxlate/output.h"
+#include "npxlate/terminal.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t page_width = 80;
-constexpr std::size_t bytes_a_row = 8;
+constexpr std::size_t most_bytes_a_row = 8;
 constexpr std::size_t label_width = 5;
+
+std::size_t page_width() { return line_width(STDOUT_FILENO); }
+
+// Each byte has eight bits and a wall.
+std::size_t bytes_a_row() { return std::clamp((page_width() - label_width - 1) / 9, std::size_t{1}, most_bytes_a_row); }
 
 std::string painted(std::string_view text, const fmt::text_style& colour, Style style) {
     return style.colour ? fmt::format(colour, "{}", text) : std::string{text};
@@ -36,7 +41,7 @@ std::string rule(std::size_t bytes, const char* left, const char* between, const
 
 }  // namespace
 
-Style style_of_stdout() { return {.box = ::isatty(STDOUT_FILENO) == 1, .colour = colours(stdout)}; }
+Style style_of_stdout() { return {.box = draws_boxes(STDOUT_FILENO), .colour = colours(stdout)}; }
 
 std::string grid(char letter, std::span<const std::uint8_t> bytes, std::span<const std::size_t> marks,
                  std::span<const Mark> kinds, Style style) {
@@ -44,10 +49,10 @@ std::string grid(char letter, std::span<const std::uint8_t> bytes, std::span<con
         return "";
     }
     const char* const wall = style.box ? "\u2502" : "|";
-    const std::size_t columns = std::min(bytes.size(), bytes_a_row);
+    const std::size_t columns = std::min(bytes.size(), bytes_a_row());
     std::string text = rule(columns, "\u250c", "\u252c", "\u2510", style);
-    for (std::size_t first = 0; first < bytes.size(); first += bytes_a_row) {
-        const std::size_t count = std::min(bytes_a_row, bytes.size() - first);
+    for (std::size_t first = 0; first < bytes.size(); first += columns) {
+        const std::size_t count = std::min(columns, bytes.size() - first);
         if (first != 0) {
             text += rule(columns, "\u251c", "\u253c", "\u2524", style);
         }
@@ -75,7 +80,7 @@ std::string legend(std::span<const std::size_t> marks, std::span<const Mark> kin
             continue;
         }
         const std::size_t needed = std::string_view{kinds[i].meaning}.size() + 4;
-        if (text.empty() || width + needed > page_width) {
+        if (text.empty() || width + needed > page_width()) {
             text += (text.empty() ? "" : "\n") + std::string(label_width, ' ');
             width = label_width;
         }
@@ -113,7 +118,7 @@ std::string line(std::span<const std::size_t> widths, const std::vector<std::str
     }
     while (!rest.empty()) {
         const std::string_view word = rest.substr(0, rest.find(' '));
-        if (!first_word && current.size() + 1 + word.size() > page_width) {
+        if (!first_word && current.size() + 1 + word.size() > page_width()) {
             end_line();
             current.assign(column, ' ');
             first_word = true;

@@ -1,4 +1,4 @@
-// Records drawn for people: a grid of bytes and bits, and lines under it, 80 columns wide.
+// Records drawn for people: a grid of bytes and bits, and lines under it, as wide as the terminal, at most 80 columns.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace tool {
 
-// How standard output wants it: box drawing on a terminal, colours unless NO_COLOR is set.
+// How standard output wants it: box drawing on a terminal that can, colours unless NO_COLOR is set.
 struct Style {
     bool box = false;
     bool colour = false;
@@ -25,16 +25,16 @@ struct Mark {
     const char* meaning;
 };
 
-// The bytes, eight a row, each with its bits from 7 down to 0 and a mark under every bit. `marks` holds one index into
-// `kinds` for each bit of the record, counted from bit 0 of byte 0 upwards.
+// The bytes, at most eight a row, each with its bits from 7 down to 0 and a mark under every bit. `marks` holds one
+// index into `kinds` for each bit of the record, counted from bit 0 of byte 0 upwards.
 std::string grid(char letter, std::span<const std::uint8_t> bytes, std::span<const std::size_t> marks,
                  std::span<const Mark> kinds, Style style);
 
 // The marks that occur, with their meanings.
 std::string legend(std::span<const std::size_t> marks, std::span<const Mark> kinds, Style style);
 
-// The cells in columns of these widths, the last cell broken between words at 80 columns. A cell that is too long moves
-// what follows it to the next line.
+// The cells in columns of these widths, the last cell broken between words at the end of the line. A cell that is too
+// long moves what follows it to the next line.
 std::string line(std::span<const std::size_t> widths, const std::vector<std::string>& cells);
 
 std::string heading(std::string_view text, Style style);

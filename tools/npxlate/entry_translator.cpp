@@ -9,6 +9,7 @@
 #include "npxlate/hex.h"
 #include "npxlate/lookup.h"
 #include "npxlate/output.h"
+#include "npxlate/taken.h"
 
 namespace tool {
 
@@ -156,7 +157,7 @@ FourthArgument EntryTranslator::argument_for(const Translator& translator) {
 void EntryTranslator::write_record(std::string& text, const Step& step) {
     const Translator& translator = translator_for(step.role);
     read_hex(step.from, in_);
-    check_length(translator, in_.size());
+    check_record(translator, in_);
     out_.fill(0);
     const Reply reply = tool::translate(translator, in_.data(), in_.size(), out_.data(), argument_for(translator));
     if (!reply.translated) {

@@ -13,6 +13,7 @@
 #include "npxlate/drawing.h"
 #include "npxlate/input.h"
 #include "npxlate/subject.h"
+#include "npxlate/taken.h"
 #include "npxlate/translation.h"
 
 namespace tool {
@@ -231,15 +232,16 @@ void run(const Options& options) {
     const Translator& translator = options.subject.find();
     const FourthArgument argument = options.argument.read();
     check_argument(translator, argument, "--type", "--key");
-    options.tx_adj_key_max.apply();
-    const Bytes record = read_record(options.source);
-    check_length(translator, record.size());
+    options.tx_adj_key_max.apply({&translator});
+    Bytes record = read_record(options.source);
+    check_record(translator, record);
     const Account account = explain::account(translator, record, engine_argument(argument));
     if (options.json) {
         print_json(to_json(account));
     } else {
         print(to_text(account, style_of_stdout()));
     }
+    check_accepted(account);
 }
 
 }  // namespace
@@ -250,7 +252,7 @@ void add_explain(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     options->subject.add_to(*command);
     add_record_source(*command, options->source);
-    options->argument.add_to(*command, "--key");
+    options->argument.add_to(*command);
     options->tx_adj_key_max.add_to(*command);
     command->add_flag("--json", options->json, "The same as JSON");
     command->callback([options] { run(*options); });

@@ -1,15 +1,15 @@
 #include "npxlate/lookup.h"
 
-#include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <numeric>
+#include <string>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "npxlate/error.h"
 #include "npxlate/output.h"
+#include "npxlate/suggest.h"
 
 namespace tool {
 namespace {
@@ -17,43 +17,21 @@ namespace {
 using catalogue::Role;
 using catalogue::Translator;
 
-// How many characters to insert, delete or replace to come from one name to the other.
-std::size_t distance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-        }
-    }
-    return row.back();
-}
-
 template <typename Wanted>
 const Translator& by_name(std::string_view name, Wanted wanted) {
     if (const Translator* found = catalogue::find(name)) {
         return *found;
     }
-    constexpr std::size_t longest_worth_comparing = 100;
-    const Translator* nearest = nullptr;
-    std::size_t least = std::min(name.size(), longest_worth_comparing);
-    if (name.size() <= longest_worth_comparing) {
-        for (const Translator& translator : catalogue::translators()) {
-            if (const std::size_t away = distance(name, translator.name); wanted(translator) && away < least) {
-                nearest = &translator;
-                least = away;
-            }
+    std::vector<std::string> candidates;
+    for (const Translator& translator : catalogue::translators()) {
+        if (wanted(translator)) {
+            candidates.emplace_back(translator.name);
         }
     }
     throw WrongInput{
         fmt::format("there is no table or translator \"{}\": expected a table id (0 to {}) or a name that "
                     "npxlate tables lists{}",
-                    printable(name), NPXLATE_TABLE_COUNT - 1,
-                    nearest == nullptr ? "" : fmt::format("; did you mean {}?", nearest->name))};
+                    printable(name), NPXLATE_TABLE_COUNT - 1, did_you_mean(name, candidates))};
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "npxlate/options.h"
 
+#include <algorithm>
 #include <limits>
 
 #include <fmt/format.h>
@@ -10,9 +11,9 @@
 
 namespace tool {
 
-void ArgumentOptions::add_to(CLI::App& command, const std::string& key_option) {
+void ArgumentOptions::add_to(CLI::App& command) {
     type_option_ = command.add_option("--type", type_, "The type of the entry (table 52)");
-    key_option_ = command.add_option(key_option, key_, "The logical key of the entry, as hex (table 92)");
+    key_option_ = command.add_option("--key", key_, "The logical key of the entry, as hex (table 92)");
 }
 
 FourthArgument ArgumentOptions::read() const {
@@ -35,9 +36,16 @@ void TxAdjKeyMaxOption::add_to(CLI::App& command) {
                                  "The highest transmit-adjacency index that TE next hops (table 7) mark");
 }
 
-void TxAdjKeyMaxOption::apply() const {
-    if (!given()) {
+void TxAdjKeyMaxOption::apply(const std::vector<const catalogue::Translator*>& translators) const {
+    if (option_ == nullptr || option_->count() == 0) {
         return;
+    }
+    const auto depends = [](const catalogue::Translator* translator) {
+        return translator->forward == &te_nh_adjacency_type_xlate_result;
+    };
+    if (!translators.empty() && std::ranges::none_of(translators, depends)) {
+        throw WrongInput{fmt::format("{} does not depend on TX_ADJ_KEY_MAX: expected no --tx-adj-key-max",
+                                     translators.front()->name)};
     }
     const auto value = parse_number(value_, std::numeric_limits<std::uint16_t>::max());
     if (!value) {

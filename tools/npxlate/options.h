@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <CLI/App.hpp>
 
@@ -12,7 +13,7 @@ namespace tool {
 // --type and the logical key, the fourth arguments of the reverse translators of tables 52 and 92.
 class ArgumentOptions {
 public:
-    void add_to(CLI::App& command, const std::string& key_option);
+    void add_to(CLI::App& command);
     // Throws WrongInput for a type that is no number and for bad hex.
     FourthArgument read() const;
 
@@ -27,9 +28,9 @@ private:
 class TxAdjKeyMaxOption {
 public:
     void add_to(CLI::App& command);
-    bool given() const { return option_ != nullptr && option_->count() > 0; }
-    // Sets TX_ADJ_KEY_MAX if it was given. Throws WrongInput for a value that it cannot have.
-    void apply() const;
+    // Sets TX_ADJ_KEY_MAX if it was given. Throws WrongInput for a value that it cannot have, and if of these
+    // translators none depends on it; with none, it is not known yet which there will be.
+    void apply(const std::vector<const catalogue::Translator*>& translators = {}) const;
 
 private:
     std::string value_;

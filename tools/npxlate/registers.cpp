@@ -14,6 +14,7 @@
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
 #include "npxlate/output.h"
+#include "npxlate/suggest.h"
 
 namespace tool {
 namespace {
@@ -35,7 +36,8 @@ const Engine& find_engine(std::string_view name) {
             return engine;
         }
     }
-    throw WrongInput{fmt::format("there is no engine \"{}\": expected parse, resolve or learn", printable(name))};
+    throw WrongInput{fmt::format("there is no engine \"{}\": expected parse, resolve or learn{}", printable(name),
+                                 did_you_mean(name, {"parse", "resolve", "learn"}))};
 }
 
 Json as_json(const Engine& engine) {

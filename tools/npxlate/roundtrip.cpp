@@ -14,13 +14,13 @@
 #include "npxlate/input.h"
 #include "npxlate/lookup.h"
 #include "npxlate/subject.h"
+#include "npxlate/taken.h"
 #include "npxlate/translation.h"
 
 namespace tool {
 namespace {
 
 using catalogue::Role;
-using catalogue::Trait;
 using catalogue::Translator;
 using explain::Account;
 using explain::Returned;
@@ -129,11 +129,6 @@ std::string to_text(const RoundTrip& trip, Style style) {
     return text;
 }
 
-void reject(const Account& account) {
-    const Reply reply{.status = account.status, .length = account.length, .size = 0, .translated = false};
-    throw NotDone{rejection(*account.translator, reply)};
-}
-
 void run(const Options& options) {
     const Translator* forward = nullptr;
     const Translator* reverse = nullptr;
@@ -151,23 +146,18 @@ void run(const Options& options) {
                         forward->name)};
     }
     reverse = &catalogue::of_table(table ? static_cast<unsigned>(*table) : tables.front(), Role::reverse);
-    const FourthArgument argument = options.argument.read();
+    options.tx_adj_key_max.apply({forward});
+    Bytes record = read_record(options.source);
+    check_record(*forward, record);
+    const FourthArgument argument = argument_for_way_back(*reverse, options.argument.read(), record);
     check_argument(*reverse, argument, "--type", "--key");
-    options.tx_adj_key_max.apply();
-    const Bytes record = read_record(options.source);
-    check_length(*forward, record.size());
 
     const RoundTrip trip = explain::round_trip(*forward, *reverse, record, engine_argument(argument));
     if (options.json) {
         print_json(to_json(trip));
     }
-    if (trip.forward.status != NPXLATE_OK ||
-        (trip.forward.translator->has(Trait::hides_failures) && !trip.forward.length)) {
-        reject(trip.forward);
-    }
-    if (trip.reverse->status != NPXLATE_OK) {
-        reject(*trip.reverse);
-    }
+    check_accepted(trip.forward);
+    check_accepted(*trip.reverse);
     if (!options.json) {
         print(to_text(trip, style_of_stdout()));
     }
@@ -182,7 +172,7 @@ void add_roundtrip(CLI::App& app) {
     const auto options = std::make_shared<Options>();
     command->add_option("TABLE_OR_NAME", options->table, table_or_name_help)->required();
     add_record_source(*command, options->source);
-    options->argument.add_to(*command, "--key");
+    options->argument.add_to(*command);
     options->tx_adj_key_max.add_to(*command);
     command->add_flag("--json", options->json, "The same as JSON");
     command->callback([options] { run(*options); });

@@ -7,6 +7,7 @@
 #include "explain/positions.h"
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
+#include "npxlate/translation.h"
 
 namespace tool {
 
@@ -36,6 +37,13 @@ const Translator& SubjectOptions::find() const {
 std::uint32_t engine_argument(const FourthArgument& argument) {
     constexpr std::size_t deciding_byte_of_key = 7;
     return argument.type ? *argument.type : argument.key ? argument.key->at(deciding_byte_of_key) : 0;
+}
+
+void check_accepted(const explain::Account& account) {
+    const bool hidden = account.translator->has(catalogue::Trait::hides_failures) && !account.length;
+    if (account.status != NPXLATE_OK || hidden) {
+        throw NotDone{rejection(*account.translator, {account.status, account.length, 0, false})};
+    }
 }
 
 std::string describe(const Translator& translator) {

@@ -26,6 +26,9 @@ private:
 // What the engine takes for the fourth argument: the type, or the byte of the key that decides.
 std::uint32_t engine_argument(const FourthArgument& argument);
 
+// Throws NotDone if the record was rejected.
+void check_accepted(const explain::Account& account);
+
 // "rx_adjacency_type_xlate_result, the result of table 4"
 std::string describe(const catalogue::Translator& translator);
 

@@ -16,6 +16,7 @@
 #include "npxlate/lookup.h"
 #include "npxlate/options.h"
 #include "npxlate/output.h"
+#include "npxlate/taken.h"
 #include "npxlate/translation.h"
 
 namespace tool {
@@ -103,13 +104,9 @@ void run(Role role, const Options& options) {
     const Translator& translator = find_translator(options.table_or_name, role);
     const FourthArgument argument = options.argument.read();
     check_argument(translator, argument, "--type", "--key");
-    if (options.tx_adj_key_max.given() && translator.forward != &te_nh_adjacency_type_xlate_result) {
-        throw WrongInput{
-            fmt::format("{} does not depend on TX_ADJ_KEY_MAX: expected no --tx-adj-key-max", translator.name)};
-    }
-    options.tx_adj_key_max.apply();
-    const Bytes record = read_record(options.source);
-    check_length(translator, record.size());
+    options.tx_adj_key_max.apply({&translator});
+    Bytes record = read_record(options.source);
+    check_record(translator, record);
 
     const Translated translated = translate_record(translator, record, argument);
     if (options.json) {
@@ -132,12 +129,8 @@ void add_role(CLI::App& app, Role role, const char* description, const char* exa
     const auto options = std::make_shared<Options>();
     command->add_option("TABLE_OR_NAME", options->table_or_name, table_or_name_help)->required();
     add_record_source(*command, options->source);
-    if (role == Role::reverse) {
-        options->argument.add_to(*command, "--key");
-    }
-    if (role == Role::result) {
-        options->tx_adj_key_max.add_to(*command);
-    }
+    options->argument.add_to(*command);
+    options->tx_adj_key_max.add_to(*command);
     command->add_flag("--json", options->json, "Status, length and bytes as JSON");
     command->callback([role, options] { run(role, *options); });
 }

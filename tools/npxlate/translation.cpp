@@ -4,30 +4,17 @@
 #include <limits>
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
+#include "npxlate/taken.h"
 
 namespace tool {
 namespace {
 
-using catalogue::Lengths;
 using catalogue::Role;
 using catalogue::Trait;
 using catalogue::Translator;
-
-// The translator that reads back what this one writes: that of its table or, for those reached by name only, the one
-// that follows it in the catalogue. Null if there is none.
-const Translator* reverse_of(const Translator& translator) {
-    const std::vector<unsigned> tables = catalogue::tables_of(translator);
-    if (!tables.empty()) {
-        return &catalogue::of_table(tables.front(), Role::reverse);
-    }
-    const auto all = catalogue::translators();
-    const auto next = static_cast<std::size_t>(catalogue::find(translator.name) - all.data()) + 1;
-    return next < all.size() && all[next].role == Role::reverse ? &all[next] : nullptr;
-}
 
 // Of the key that the reverse with a key argument takes: that of its table.
 std::size_t key_length(const Translator& translator) {
@@ -59,33 +46,23 @@ void check_argument(const Translator& translator, const FourthArgument& argument
     }
 }
 
-std::vector<Lengths> accepted_lengths(const Translator& translator) {
-    std::vector<Lengths> lengths{translator.in()};
-    if (translator.role == Role::result && translator.in().fixed()) {
-        const Translator* const back = reverse_of(translator);
-        // A generic reverse, which takes all lengths, restores no longer record than came.
-        if (back != nullptr && back->in().fixed() && back->out().most > translator.in().most) {
-            lengths.emplace_back(back->out().most);
+FourthArgument argument_for_way_back(const Translator& reverse, const FourthArgument& given,
+                                     const Bytes& logical_result) {
+    FourthArgument argument = given;
+    if (reverse.has(Trait::takes_type) && !argument.type) {
+        if (argument.key && argument.key->size() != key_length(reverse)) {
+            throw WrongInput{fmt::format("the logical key of the entry has {}, but {} came",
+                                         describe(key_length(reverse)), describe(argument.key->size()))};
         }
+        const Bytes& from = argument.key ? *argument.key : logical_result;
+        argument.type = from[0] | from[1] << 8U | from[2] << 16U | static_cast<std::uint32_t>(from[3]) << 24U;
+        argument.key.reset();
     }
-    return lengths;
-}
-
-void check_length(const Translator& translator, std::size_t length) {
-    if (translator.in().allows(length)) {
-        return;
+    if (reverse.has(Trait::takes_key) && !argument.key) {
+        argument.key = Bytes(key_length(reverse));
+        argument.key->back() = logical_result[0] != 0 ? 0xff : 0;
     }
-    const std::vector<Lengths> accepted = accepted_lengths(translator);
-    if (std::ranges::any_of(accepted, [length](const Lengths& lengths) { return lengths.allows(length); })) {
-        return;
-    }
-    std::string expected = describe(accepted.front());
-    if (accepted.size() > 1) {
-        expected += fmt::format(" (or {}, as read back)", accepted.back().most);
-    }
-    throw WrongInput{fmt::format("{} takes a {} record of {}, but {} came", translator.name,
-                                 translator.role == Role::reverse ? "physical" : "logical", expected,
-                                 describe(length))};
+    return argument;
 }
 
 Reply translate(const Translator& translator, std::uint8_t* in, std::size_t length, std::uint8_t* out,
@@ -124,11 +101,11 @@ Reply translate(const Translator& translator, std::uint8_t* in, std::size_t leng
 
 std::string rejection(const Translator& translator, const Reply& reply) {
     if (reply.status == NPXLATE_OK) {
-        return fmt::format("{} returned 0 (NPXLATE_OK), but stored no length: it does not take this record",
-                           translator.name);
+        return fmt::format("{} returned 0 (NPXLATE_OK), but stored no length: expected {}", translator.name,
+                           what_is_taken(translator));
     }
-    return fmt::format("{} returned {} ({}): {}", translator.name, reply.status, status_name(reply.status),
-                       catalogue::status_words(reply.status));
+    return fmt::format("{} returned {} ({}): expected {}", translator.name, reply.status, status_name(reply.status),
+                       what_is_taken(translator));
 }
 
 }  // namespace tool

@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "catalogue/catalogue.h"
 #include "npxlate/hex.h"
+#include "npxlate/taken.h"
 
 namespace tool {
 
@@ -21,17 +21,15 @@ struct FourthArgument {
     std::optional<Bytes> key;
 };
 
+// The argument that leads back from a logical result. What was not given is taken from the record: the type of table 52
+// stands in it and in its key, and the kind of entry of table 92 can be told from it.
+FourthArgument argument_for_way_back(const catalogue::Translator& reverse, const FourthArgument& given,
+                                     const Bytes& logical_result);
+
 // Throws WrongInput unless the argument is just what the translator takes. The names are those under which the user
 // gives the type and the key.
 void check_argument(const catalogue::Translator& translator, const FourthArgument& argument, std::string_view type_name,
                     std::string_view key_name);
-
-// The lengths that a record for the translator may have. Besides those of the catalogue this is the length of the
-// record that the reverse of the same table fills, where that is the longer one: what was read back can go in again.
-std::vector<catalogue::Lengths> accepted_lengths(const catalogue::Translator& translator);
-
-// Throws WrongInput for any other length.
-void check_length(const catalogue::Translator& translator, std::size_t length);
 
 struct Reply {
     std::int32_t status = 0;
@@ -45,7 +43,7 @@ struct Reply {
 Reply translate(const catalogue::Translator& translator, std::uint8_t* in, std::size_t length, std::uint8_t* out,
                 const FourthArgument& argument);
 
-// Why a record was not translated.
+// Why a record was not translated, and what would be.
 std::string rejection(const catalogue::Translator& translator, const Reply& reply);
 
 using catalogue::status_name;
