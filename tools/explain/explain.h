@@ -82,6 +82,9 @@ struct LayoutTable {
     std::vector<FormLayout> all{};
 };
 
+// The sections alone.
+std::vector<Section> sections_of(const forms::Forms& forms);
+
 // For a length of the record that goes in; without one, the longest that the translator takes.
 LayoutTable layout_of(const Translator& translator, std::optional<std::int32_t> length = {});
 

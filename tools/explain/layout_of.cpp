@@ -84,18 +84,30 @@ Section section_of(const Forms& forms, const Place& place) {
     return section;
 }
 
-}  // namespace
-
-LayoutTable layout_of(const Translator& translator, std::optional<std::int32_t> length) {
-    const Forms& forms = forms::forms_of(translator, length.value_or(static_cast<std::int32_t>(translator.in().most)));
+std::vector<Place> places_of(const Forms& forms) {
     std::vector<Place> places;
     for (const Form& form : forms.all()) {
         merge(places, form);
     }
-    LayoutTable table{.forms = &forms};
+    return places;
+}
+
+std::vector<Section> sections_of(const Forms& forms, const std::vector<Place>& places) {
+    std::vector<Section> sections;
     for (const Place& place : places) {
-        table.sections.push_back(section_of(forms, place));
+        sections.push_back(section_of(forms, place));
     }
+    return sections;
+}
+
+}  // namespace
+
+std::vector<Section> sections_of(const Forms& forms) { return sections_of(forms, places_of(forms)); }
+
+LayoutTable layout_of(const Translator& translator, std::optional<std::int32_t> length) {
+    const Forms& forms = forms::forms_of(translator, length.value_or(static_cast<std::int32_t>(translator.in().most)));
+    const std::vector<Place> places = places_of(forms);
+    LayoutTable table{.forms = &forms, .sections = sections_of(forms, places)};
     for (const Form& form : forms.all()) {
         FormLayout layout{.form = &form, .when = forms::when(forms, form)};
         for (std::size_t i = 0; i < places.size(); ++i) {
@@ -103,8 +115,7 @@ LayoutTable layout_of(const Translator& translator, std::optional<std::int32_t> 
                 layout.sections.push_back(i);
             }
         }
-        std::vector<OutBit> bits = out_bits(forms, form, form.out.size());
-        layout.fields = fields_of(form, bits);
+        layout.fields = fields_of(form, out_bits(forms, form, form.out.size()));
         layout.input_changes = input_changes(form);
         table.all.push_back(std::move(layout));
     }

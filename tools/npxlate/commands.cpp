@@ -10,6 +10,7 @@ void add_commands(CLI::App& app) {
     add_diff(app);
     add_decode(app);
     add_layout(app);
+    add_find(app);
     add_tables(app);
     add_registers(app);
     add_atlas(app);

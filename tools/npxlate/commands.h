@@ -15,6 +15,7 @@ void add_roundtrip(CLI::App& app);
 void add_diff(CLI::App& app);
 void add_decode(CLI::App& app);
 void add_layout(CLI::App& app);
+void add_find(CLI::App& app);
 void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);
 void add_atlas(CLI::App& app);

@@ -28,6 +28,7 @@ using explain::Section;
 
 struct Options {
     SubjectOptions subject;
+    bool all = false;
     std::optional<std::size_t> length;
     bool forms = false;
     bool json = false;
@@ -173,6 +174,7 @@ std::string outcomes(const LayoutTable& table) {
 std::string to_text(const LayoutTable& table, bool by_form, Style style) {
     const Translator& translator = table.forms->translator();
     std::string text = heading(describe(translator), style);
+    text += line(hanging, {"", catalogue::title(translator)});
     text += fmt::format("in {} ({}), out {} ({})\n", explain::in_letter(translator), describe(translator.in()),
                         explain::out_letter(translator), describe(translator.out()));
     text += outcomes(table);
@@ -201,7 +203,23 @@ std::string to_text(const LayoutTable& table, bool by_form, Style style) {
     return text;
 }
 
+// Every record, as a text to read and to search.
+void run_all(const Options& options) {
+    if (options.subject.given() || options.json || options.length) {
+        throw WrongInput{"--all lists every record as text: expected no table or name, --length or --json beside it"};
+    }
+    bool first = true;
+    for (const Translator& translator : catalogue::translators()) {
+        print((first ? "" : "\n\n") + to_text(explain::layout_of(translator), options.forms, style_of_stdout()));
+        first = false;
+    }
+}
+
 void run(const Options& options) {
+    if (options.all) {
+        run_all(options);
+        return;
+    }
     const Translator& translator = options.subject.find();
     if (options.length && !translator.in().allows(*options.length)) {
         check_length(translator, *options.length);
@@ -223,8 +241,9 @@ void add_layout(CLI::App& app) {
         "Every layout is listed once, with its condition; a later one overwrites an earlier one.\n"
         "Example: npxlate layout 4 --role reverse");
     const auto options = std::make_shared<Options>();
-    options->subject.add_to(*command);
+    options->subject.add_to(*command, false);
     command->add_option("--length", options->length, "For records of so many bytes, where a translator takes several");
+    command->add_flag("--all", options->all, "Every record of every table");
     command->add_flag("--forms", options->forms, "Every form by itself: what a record gets in the end");
     command->add_flag("--json", options->json, "The same as JSON");
     command->callback([options] { run(*options); });

@@ -16,13 +16,16 @@ using catalogue::Translator;
 using explain::Field;
 using explain::Kind;
 
-void SubjectOptions::add_to(CLI::App& command) {
-    command.add_option("TABLE_OR_NAME", table_or_name_, table_or_name_help)->required();
+void SubjectOptions::add_to(CLI::App& command, bool required) {
+    command.add_option("TABLE_OR_NAME", table_or_name_, table_or_name_help)->required(required);
     command.add_option("--role", role_, "key, result or reverse; result if only a table id is given")
         ->check(CLI::IsMember({"key", "result", "reverse"}));
 }
 
 const Translator& SubjectOptions::find() const {
+    if (!given()) {
+        throw WrongInput{"TABLE_OR_NAME is missing: expected a table id (0 to 127) or a translator's name"};
+    }
     for (const Role role : {Role::key, Role::result, Role::reverse}) {
         if (role_ == catalogue::to_string(role)) {
             return find_translator(table_or_name_, role);

@@ -14,7 +14,8 @@ namespace tool {
 class SubjectOptions {
 public:
     // TABLE_OR_NAME and --role.
-    void add_to(CLI::App& command);
+    void add_to(CLI::App& command, bool required = true);
+    bool given() const { return !table_or_name_.empty(); }
     // Throws WrongInput.
     const catalogue::Translator& find() const;
 
