@@ -19,16 +19,16 @@ compiles_with() { # NAME FLAG
 }
 
 # A library of the tool's is missing: it is named, with its package, and the library is built.
-missing=(-DCMAKE_DISABLE_FIND_PACKAGE_fmt=ON -DCMAKE_DISABLE_FIND_PACKAGE_simdjson=ON)
+missing=(-DCMAKE_DISABLE_FIND_PACKAGE_fmt=ON -DCMAKE_DISABLE_FIND_PACKAGE_TBB=ON)
 configure missing "${missing[@]}" || { cat "$work/missing.log" >&2; fail "Missing libraries of the tool are fatal."; }
-says missing 'libraries that are not there: fmt, simdjson.'
-says missing 'apt-get install libfmt-dev libsimdjson-dev'
+says missing 'libraries that are not there: fmt, TBB.'
+says missing 'apt-get install libfmt-dev libtbb-dev'
 grep -q 'libnpxlate\.so' "$work/missing/build.ninja" || fail "The library is not built without the tool's libraries."
 ! grep -q 'npxlate_tool' "$work/missing/build.ninja" || fail "The tool is built without its libraries."
 
 # Asked for, the tool must not be left out.
 ! configure asked -DNPXLATE_TOOL=ON "${missing[@]}" || fail "-DNPXLATE_TOOL=ON is content without the tool's libraries."
-says asked 'apt-get install libfmt-dev libsimdjson-dev'
+says asked 'apt-get install libfmt-dev libtbb-dev'
 
 # As it ships, unless the builder wants it otherwise.
 configure plain -DNPXLATE_TOOL=OFF || { cat "$work/plain.log" >&2; fail "Does not configure."; }
