@@ -78,12 +78,13 @@ public:
         std::uint64_t index = chunk.first * entry_.size();
         std::uint64_t offset = chunk.first * entry_bytes(entry_);
         in_.assign(chunk.bytes.begin(), chunk.bytes.end());  // which a translator may change
-        const std::size_t entries = in_.size() / entry_bytes(entry_) + 1;
-        done.bytes.assign(entries * entry_.size() * most_record_bytes, '\0');
         std::size_t written = 0;
         std::size_t at = 0;
         std::size_t next = 0;  // of the entry's records
         while (at + entry_[next].length <= in_.size()) {
+            if (done.bytes.size() < written + most_record_bytes) {
+                done.bytes.resize(2 * written + most_record_bytes);
+            }
             std::string reason;
             written += translator_.translate(entry_[next], in_.data() + at, done.bytes.data() + written, reason);
             if (!reason.empty()) {
