@@ -3,7 +3,9 @@
 set(tool_libraries
   CLI11:libcli11-dev
   fmt:libfmt-dev
-  nlohmann_json:nlohmann-json3-dev)
+  nlohmann_json:nlohmann-json3-dev
+  absl:libabsl-dev
+  TBB:libtbb-dev)
 
 if(NPXLATE_TOOL)
   set(missing "")

@@ -96,6 +96,30 @@ TEST(JsonLines, MayHaveEscapesAndNumbersOfAnySizeAndAByteOrderMark) {
     EXPECT_EQ(outcome.status, 0);
 }
 
+TEST(JsonLines, SayTheSameWithAnyNumberOfThreads) {
+    std::string lines;
+    for (unsigned i = 0; i < 40000; ++i) {  // several of the pieces that are worked on at a time
+        const std::string number = std::to_string(100000 + i);
+        lines += i % 1000 == 7   ? "{\"table\":\n"
+                 : i % 1000 == 8 ? "17}\n"
+                 : i % 997 == 0  ? "nonsense\n"
+                 : i % 991 == 0  ? R"({"table":17,"result":"00"})"
+                                   "\n"
+                                 : R"({"table":17,"result":"0000000001)" + number + "\", \"id\": " + number + "}\n";
+    }
+    const Outcome one = run({"batch", "--threads", "1"}, {.input = lines});
+    EXPECT_EQ(one.status, 1);
+    EXPECT_GT(one.out.size(), 2000000U);
+    EXPECT_NE(one.err.find("lines 1008 to 1009: JSON that goes over several lines"), std::string::npos) << one.err;
+    for (const char* threads : {"2", "3", "7"}) {
+        const Outcome several = run({"batch", "--threads", threads}, {.input = lines});
+        EXPECT_EQ(several.out, one.out);
+        EXPECT_EQ(several.err, one.err);
+    }
+    EXPECT_EQ(run({"batch", "--threads", "0"}).err,
+              "npxlate: error: bad --threads 0: expected a number from 1 to 1024\n");
+}
+
 TEST(JsonLines, MayBeEmptyOrEndInAnyWay) {
     EXPECT_EQ(batch("").out, "");
     EXPECT_EQ(batch("").status, 0);

@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "catalogue/catalogue.h"
+#include "io/chunks.h"
 #include "io/input.h"
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
@@ -16,7 +20,7 @@
 
 namespace {
 
-using io::LineReader;
+using io::ChunkReader;
 
 TEST(ParseNumber, TakesDecimalAndHexadecimalUpToTheMost) {
     EXPECT_EQ(tool::parse_number("0", 127), 0U);
@@ -55,47 +59,73 @@ TEST(AcceptedLengths, IncludeTheRecordThatWasReadBack) {
 std::vector<std::string> lines_of(const std::string& text) {
     const program::File file{text};
     io::InputStream input{file.path()};
-    LineReader reader{input};
+    ChunkReader reader{[&input](char* to, std::size_t room) { return input.read(to, room); }};
     std::vector<std::string> lines;
-    std::string_view line;
-    while (true) {
-        switch (reader.next(line)) {
-            case LineReader::Got::line:
-                lines.emplace_back(line);
-                break;
-            case LineReader::Got::too_long:
-                lines.emplace_back("too long");
-                break;
-            case LineReader::Got::end:
-                return lines;
+    while (const auto chunk = reader.next()) {
+        if (chunk->too_long) {
+            EXPECT_EQ(chunk->first, lines.size() + 1);
+            lines.emplace_back("too long");
         }
+        io::for_each_line(*chunk, [&lines](std::uint64_t number, std::string_view line) {
+            lines.emplace_back(line);
+            EXPECT_EQ(number, lines.size());
+        });
     }
+    return lines;
 }
 
 using Lines = std::vector<std::string>;
 
-TEST(LineReader, ReadsLines) {
+TEST(ChunkReader, ReadsLines) {
     EXPECT_EQ(lines_of(""), Lines{});
     EXPECT_EQ(lines_of("a"), Lines{"a"});
     EXPECT_EQ(lines_of("a\n\nb\r\nc"), (Lines{"a", "", "b\r", "c"}));
+    EXPECT_EQ(lines_of("\xef\xbb\xbf"
+                       "a\n\xef\xbb\xbf"),
+              (Lines{"a", "\xef\xbb\xbf"}));
 }
 
-TEST(LineReader, ReadsLinesAcrossItsBuffer) {
+TEST(ChunkReader, ReadsLinesAcrossItsBuffer) {
     std::string text;
     Lines expected;
     for (std::size_t i = 0; i < 3000; ++i) {
         expected.emplace_back(i, static_cast<char>('a' + i % 26));
         text += expected.back() + "\n";
     }
-    ASSERT_GT(text.size(), 2 * LineReader::longest_line);
+    ASSERT_GT(text.size(), 2 * ChunkReader::longest_line);
     EXPECT_EQ(lines_of(text), expected);
 }
 
-TEST(LineReader, PassesOverLinesThatAreTooLong) {
-    const std::string longest(LineReader::longest_line - 1, 'x');
+TEST(ChunkReader, PassesOverLinesThatAreTooLong) {
+    const std::string longest(ChunkReader::longest_line - 1, 'x');
     EXPECT_EQ(lines_of(longest + "\nb"), (Lines{longest, "b"}));
     EXPECT_EQ(lines_of("a\n" + longest + "xx\nb"), (Lines{"a", "too long", "b"}));
     EXPECT_EQ(lines_of(longest + longest + longest), Lines{"too long"});
+}
+
+TEST(ChunkReader, KeepsRecordsWhole) {
+    std::string text;
+    while (text.size() < 3 * ChunkReader::longest_line) {
+        text += "abcdefg";
+    }
+    text += "ab";
+    std::size_t at = 0;
+    // However little a read gives.
+    ChunkReader reader{[&](char* to, std::size_t room) {
+                           const std::size_t count = std::min<std::size_t>({room, 1000, text.size() - at});
+                           text.copy(to, count, at);
+                           at += count;
+                           return count;
+                       },
+                       7};
+    std::string all;
+    while (const auto chunk = reader.next()) {
+        EXPECT_EQ(chunk->first, all.size() / 7);
+        EXPECT_EQ(chunk->read, chunk->bytes.size());
+        EXPECT_TRUE(chunk->bytes.size() % 7 == 0 || at == text.size());
+        all += chunk->text();
+    }
+    EXPECT_EQ(all, text);
 }
 
 }  // namespace

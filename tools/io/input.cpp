@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <system_error>
 
 #include <fmt/format.h>
@@ -14,12 +13,6 @@
 #include "io/error.h"
 
 namespace io {
-namespace {
-
-// Some editors put it before text in UTF-8.
-constexpr std::string_view byte_order_mark = "\xef\xbb\xbf";
-
-}  // namespace
 
 InputStream::InputStream(const std::string& path)
     : name_{path == "-"    ? "standard input"
@@ -85,44 +78,6 @@ bool InputStream::is(const std::string& path) const {
     struct stat other {};
     return ::fstat(descriptor_, &mine) == 0 && ::stat(path.c_str(), &other) == 0 && S_ISREG(mine.st_mode) &&
            mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
-}
-
-LineReader::LineReader(InputStream& input) : input_{input}, buffer_(longest_line) {}
-
-bool LineReader::read_more() {
-    std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
-    end_ -= begin_;
-    begin_ = 0;
-    const std::size_t count = input_.read(buffer_.data() + end_, longest_line - end_);
-    end_ += count;
-    return count > 0;
-}
-
-LineReader::Got LineReader::next(std::string_view& line) {
-    if (at_start_) {
-        at_start_ = false;
-        while (end_ < byte_order_mark.size() && read_more()) {
-        }
-        begin_ = std::string_view{buffer_.data(), end_}.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
-    }
-    bool too_long = false;
-    while (true) {
-        const std::string_view rest{buffer_.data() + begin_, end_ - begin_};
-        if (const std::size_t length = rest.find('\n'); length != std::string_view::npos) {
-            line = rest.substr(0, length);
-            begin_ += length + 1;
-            return too_long ? Got::too_long : Got::line;
-        }
-        if (rest.size() == longest_line) {
-            too_long = true;
-            begin_ = end_;
-        }
-        if (!read_more()) {
-            line = {buffer_.data() + begin_, end_ - begin_};
-            begin_ = end_;
-            return too_long ? Got::too_long : line.empty() ? Got::end : Got::line;
-        }
-    }
 }
 
 }  // namespace io

@@ -5,8 +5,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace io {
 
@@ -38,27 +36,6 @@ public:
 private:
     std::string name_;
     int descriptor_;
-};
-
-class LineReader {
-public:
-    static constexpr std::size_t longest_line = std::size_t{1} << 20;
-
-    explicit LineReader(InputStream& input);
-
-    enum class Got { line, too_long, end };
-    // The next line without its line end, valid until the next call. One that is too long is passed over, and so is a
-    // byte-order mark before the first.
-    Got next(std::string_view& line);
-
-private:
-    bool read_more();
-
-    InputStream& input_;
-    std::vector<char> buffer_;
-    std::size_t begin_ = 0;
-    std::size_t end_ = 0;
-    bool at_start_ = true;
 };
 
 }  // namespace io

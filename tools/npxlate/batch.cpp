@@ -35,6 +35,7 @@ struct Options {
     std::string length;
     std::string rejected;
     ArgumentOptions argument;
+    ThreadsOption threads;
     TxAdjKeyMaxOption tx_adj_key_max;
     bool quiet = false;
 };
@@ -113,6 +114,7 @@ void run(const Options& options) {
         throw WrongInput{"--length, --rejected, --type and --key go with --raw: in JSON Lines each entry says its own"};
     }
     const Rejected rejected = find_rejected(options.rejected);
+    const unsigned threads = options.threads.read();
     options.tx_adj_key_max.apply(translators);
 
     const bool to_file = options.out != "-";
@@ -127,9 +129,9 @@ void run(const Options& options) {
     Output output{options.out};
     Progress progress{!options.quiet && progress_can_show(to_file), input.size()};
     if (entry.empty()) {
-        translate_json_lines(input, output, progress);
+        translate_json_lines(input, output, threads, progress);
     } else {
-        translate_raw(entry, rejected, argument, input, output, progress);
+        translate_raw(entry, rejected, argument, input, output, threads, progress);
     }
 }
 
@@ -163,6 +165,7 @@ void add_batch(CLI::App& app) {
                         "With --raw: zeros in the place of a record that is rejected, or omit: nothing");
     options->argument.add_to(*command);
     options->tx_adj_key_max.add_to(*command);
+    options->threads.add_to(*command);
     command->add_flag("-q,--quiet", options->quiet, "No progress bar");
     command->callback([options] { run(*options); });
 }

@@ -12,10 +12,9 @@
 namespace tool {
 
 using io::InputStream;
-using io::LineReader;
 
 // JSON Lines: an entry a line in, an entry a line out.
-void translate_json_lines(InputStream& input, Output& output, Progress& progress);
+void translate_json_lines(InputStream& input, Output& output, unsigned threads, Progress& progress);
 
 // A record of an entry of binary records.
 struct RawRecord {
@@ -28,6 +27,6 @@ enum class Rejected { zeros, omitted };
 
 // Entries one behind the other, each of these records, one behind the other. What comes out has the same order.
 void translate_raw(std::span<const RawRecord> entry, Rejected rejected, const FourthArgument& argument,
-                   InputStream& input, Output& output, Progress& progress);
+                   InputStream& input, Output& output, unsigned threads, Progress& progress);
 
 }  // namespace tool

@@ -9,6 +9,7 @@ void add_commands(CLI::App& app) {
     add_roundtrip(app);
     add_diff(app);
     add_decode(app);
+    add_audit(app);
     add_layout(app);
     add_find(app);
     add_tables(app);

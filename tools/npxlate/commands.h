@@ -14,6 +14,7 @@ void add_explain(CLI::App& app);
 void add_roundtrip(CLI::App& app);
 void add_diff(CLI::App& app);
 void add_decode(CLI::App& app);
+void add_audit(CLI::App& app);
 void add_layout(CLI::App& app);
 void add_find(CLI::App& app);
 void add_tables(CLI::App& app);

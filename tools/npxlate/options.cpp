@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <thread>
 
 #include <fmt/format.h>
 
@@ -52,6 +53,22 @@ void TxAdjKeyMaxOption::apply(const std::vector<const catalogue::Translator*>& t
         throw WrongInput{fmt::format("bad --tx-adj-key-max {}: expected a number from 0 to 65535", printable(value_))};
     }
     TX_ADJ_KEY_MAX = static_cast<std::uint16_t>(*value);
+}
+
+void ThreadsOption::add_to(CLI::App& command) {
+    command.add_option("--threads", value_, "How many threads to use; otherwise as many as there are processors");
+}
+
+unsigned ThreadsOption::read() const {
+    constexpr unsigned most = 1024;
+    if (value_.empty()) {
+        return std::clamp(std::thread::hardware_concurrency(), 1U, most);
+    }
+    const auto number = parse_number(value_, most);
+    if (!number || *number == 0) {
+        throw WrongInput{fmt::format("bad --threads {}: expected a number from 1 to {}", printable(value_), most)};
+    }
+    return static_cast<unsigned>(*number);
 }
 
 }  // namespace tool

@@ -37,4 +37,15 @@ private:
     CLI::Option* option_ = nullptr;
 };
 
+// --threads, of the commands that go through many entries.
+class ThreadsOption {
+public:
+    void add_to(CLI::App& command);
+    // As many as there are processors if it was not given. Throws WrongInput for what is no number above 0.
+    unsigned read() const;
+
+private:
+    std::string value_;
+};
+
 }  // namespace tool

@@ -19,6 +19,20 @@ constexpr std::uint64_t entries_between_looks = 4096;
 constexpr std::size_t longest_bar = 40;
 constexpr std::size_t shortest_bar = 8;
 
+// Not told of the first moments, which say little of the rest.
+constexpr std::chrono::seconds least_told{1};
+
+std::string remaining(std::chrono::steady_clock::duration elapsed, std::uint64_t done, std::uint64_t size) {
+    if (elapsed < least_told || done == 0) {
+        return "";
+    }
+    const double left = std::chrono::duration<double>{elapsed}.count() * static_cast<double>(size - done) /
+                        static_cast<double>(done);
+    const auto seconds = static_cast<std::uint64_t>(left + 0.5);
+    return seconds < 60 ? fmt::format(", {} s left", seconds)
+                        : fmt::format(", {} min {} s left", seconds / 60, seconds % 60);
+}
+
 }  // namespace
 
 Progress::Progress(bool enabled, std::optional<std::uint64_t> size) : enabled_{enabled}, size_{size} {}
@@ -42,7 +56,8 @@ void Progress::show() {
     std::string counted = fmt::format("{} entries", entries_);
     if (size_ && *size_ > 0) {
         const std::uint64_t done = std::min(bytes_, *size_);
-        counted = fmt::format("{:3}%  {}", done * 100 / *size_, counted);
+        counted = fmt::format("{:3}%  {}{}", done * 100 / *size_, counted,
+                              remaining(std::chrono::steady_clock::now() - begun_, done, *size_));
         // The bar has what the numbers leave of the line, whose last column is not used.
         const std::size_t taken = counted.size() + std::string_view{"[] "}.size() + 1;
         const std::size_t width =

@@ -28,6 +28,7 @@ private:
     std::uint64_t bytes_ = 0;
     std::uint64_t entries_ = 0;
     std::uint64_t shown_at_ = 0;
+    std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
     std::optional<std::chrono::steady_clock::time_point> shown_when_;
     bool visible_ = false;
 };
