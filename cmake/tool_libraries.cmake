@@ -4,8 +4,11 @@ set(tool_libraries
   CLI11:libcli11-dev
   fmt:libfmt-dev
   nlohmann_json:nlohmann-json3-dev
-  simdjson:libsimdjson-dev)
+  simdjson:libsimdjson-dev
+  libdw:libdw-dev
+  tomlplusplus:libtomlplusplus-dev)
 
+list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
 if(NPXLATE_TOOL)
   set(missing "")
   set(packages "")
