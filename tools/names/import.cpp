@@ -92,6 +92,12 @@ Imported import(const ImportRequest& request) {
         throw Error{fmt::format("{} has no members that can be named", described(structure))};
     }
     std::ranges::transform(structure.members, std::back_inserter(record.fields), field_of);
+    try {
+        static_cast<void>(Names::parse(write(record), "as names"));
+    } catch (const Error& error) {
+        throw Error{fmt::format("the debug information of {} contradicts itself: {}", described(structure),
+                                error.what())};
+    }
     for (const auto& [name, style] : request.as) {
         apply(record, name, style);
     }

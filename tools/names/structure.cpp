@@ -91,15 +91,24 @@ std::string name_of(Dwarf_Die& die) {
     return {};
 }
 
+// The file's name without its folder, and the line.
 std::string declared_at(Dwarf_Die& die) {
-    const char* const file = dwarf_decl_file(&die);
-    int line = 0;
+    const std::optional<std::uint64_t> index = number(die, DW_AT_decl_file);
+    Dwarf_Die unit{};
+    Dwarf_Files* files = nullptr;
+    std::size_t count = 0;
+    if (!index || dwarf_diecu(&die, &unit, nullptr, nullptr) == nullptr ||
+        dwarf_getsrcfiles(&unit, &files, &count) != 0 || *index >= count) {
+        return {};
+    }
+    const char* const file = dwarf_filesrc(files, *index, nullptr, nullptr);
     if (file == nullptr) {
         return {};
     }
     const std::string_view path{file};
     std::string place{path.substr(path.rfind('/') == std::string_view::npos ? 0 : path.rfind('/') + 1)};
-    return dwarf_decl_line(&die, &line) == 0 ? fmt::format("{}:{}", place, line) : place;
+    const std::optional<std::uint64_t> line = number(die, DW_AT_decl_line);
+    return line ? fmt::format("{}:{}", place, *line) : place;
 }
 
 template <typename Action>
@@ -132,8 +141,8 @@ const char* kind_of(unsigned tag) {
 
 class Types {
 public:
-    // A definition elsewhere of what is only declared here, by its qualified name.
-    using Definitions = std::map<std::string, Dwarf_Die, std::less<>>;
+    // The definitions of what may only be declared where it is used: by name, the first for each qualified name.
+    using Definitions = std::map<std::string, std::map<std::string, Dwarf_Die>>;
 
     explicit Types(const Definitions& definitions) : definitions_{&definitions} {}
 
@@ -230,14 +239,14 @@ public:
 
 private:
     Dwarf_Die defined(Dwarf_Die type) const {
-        if (!flag(type, DW_AT_declaration)) {
-            return type;
-        }
         if (const std::optional<Dwarf_Die> unit = referred(type, DW_AT_signature)) {
             return *unit;
         }
+        if (!flag(type, DW_AT_declaration)) {
+            return type;
+        }
         const auto found = definitions_->find(name_of(type));
-        return found == definitions_->end() ? type : found->second;
+        return found == definitions_->end() || found->second.size() != 1 ? type : found->second.begin()->second;
     }
 
     const Definitions* definitions_;
@@ -286,7 +295,7 @@ private:
         structure_->left_out.push_back(fmt::format("{}: {}", path.empty() ? "a member without a name" : path, reason));
     }
 
-    static std::string inside(const std::string& path, const std::string& name) {
+    static std::string path_in(const std::string& path, const std::string& name) {
         return path.empty() ? name : path + "." + name;
     }
 
@@ -340,11 +349,11 @@ private:
         const std::optional<std::uint64_t> offset = location(die);
         const std::string name = type ? name_of(*type) : "";
         if (!type || !is_structure(dwarf_tag(&*type))) {
-            leave_out(inside(place.path, name), "the base is not described");
+            leave_out(path_in(place.path, name), "the base is not described");
             return;
         }
         if (!offset || number(die, DW_AT_virtuality).value_or(DW_VIRTUALITY_none) != DW_VIRTUALITY_none) {
-            leave_out(inside(place.path, name), "where a virtual base lies is only known at run time");
+            leave_out(path_in(place.path, name), "where a virtual base lies is only known at run time");
             return;
         }
         place.bit += 8 * (*offset & max_offset);
@@ -360,7 +369,7 @@ private:
         const std::string name = name_of(die);
         std::optional<Dwarf_Die> type = types_->plain_type(die);
         if (!type) {
-            leave_out(inside(place.path, name), "its type is not described");
+            leave_out(path_in(place.path, name), "its type is not described");
             return;
         }
         if (name.empty() && !is_structure(dwarf_tag(&*type))) {
@@ -368,7 +377,7 @@ private:
         }
         Place at = place;
         ++at.depth;
-        at.path = name.empty() ? place.path : inside(place.path, name);
+        at.path = name.empty() ? place.path : path_in(place.path, name);
         if (const std::optional<std::uint64_t> width = number(die, DW_AT_bit_size)) {
             bit_field(die, *type, at, *width);
             return;
@@ -399,10 +408,9 @@ private:
             const std::optional<std::uint64_t> start = location(die);
             if (unit && start && *unit <= max_unit && *from_the_top <= static_cast<std::int64_t>(max_offset) &&
                 *from_the_top >= -static_cast<std::int64_t>(max_offset)) {
-                const auto first = static_cast<std::int64_t>(8 * (*start & max_offset));
-                offset = at.big_endian ? first + *from_the_top
-                                       : first + static_cast<std::int64_t>(8 * *unit) - *from_the_top -
-                                             static_cast<std::int64_t>(width & max_offset);
+                // Compilers for little-endian machines count so for a big-endian structure, too.
+                offset = static_cast<std::int64_t>(8 * (*start & max_offset)) + static_cast<std::int64_t>(8 * *unit) -
+                         *from_the_top - static_cast<std::int64_t>(width & max_offset);
             }
         } else if (const auto start = location(die)) {
             offset = static_cast<std::int64_t>(8 * (*start & max_offset));
@@ -433,6 +441,11 @@ private:
         visit(place);
         if (place.bit >= limit_) {
             beyond(place.path);
+            return;
+        }
+        if (flag(type, DW_AT_declaration)) {
+            leave_out(place.path, fmt::format("its type, {}, is declared, but not defined (or several times)",
+                                              name_of(type)));
             return;
         }
         const unsigned tag = dwarf_tag(&type);
@@ -491,10 +504,6 @@ private:
                 return;
             }
         }
-        if (flag(type, DW_AT_declaration)) {
-            leave_out(place.path, fmt::format("{} is declared, but not defined", name));
-            return;
-        }
         Place inner = place;
         ++inner.depth;
         members_of(type, inner);
@@ -538,9 +547,14 @@ private:
             value(element, place);
             return;
         }
-        if (counts.size() == 1 && stride == 1 && is_byte(element) && counts[0] <= limit_ / 8 &&
-            place.bit + 8 * counts[0] <= limit_) {
-            whole_member(place, counts[0]);
+        if (counts.size() == 1 && stride == 1 && is_byte(element) && place.bit < limit_) {
+            const std::uint64_t inside = std::min(counts[0], (limit_ - place.bit) / 8);
+            if (inside < counts[0]) {
+                leave_out(fmt::format("{}[{}] to [{}]", place.path, inside, counts[0] - 1), "lie beyond the record");
+            }
+            if (inside > 0) {
+                whole_member(place, inside);
+            }
             return;
         }
         std::uint64_t step = stride;
@@ -555,7 +569,7 @@ private:
             at.path += fmt::format("[{}]", i);
             at.bit += 8 * i * std::min(step, max_offset);
             if (at.bit >= limit_) {
-                beyond(i + 1 == counts[0] ? at.path : fmt::format("{}[{}] to [{}]", place.path, i, counts[0] - 1));
+                leave_out(fmt::format("{} to [{}]", at.path, counts[0] - 1), "lie beyond the record");
                 return;
             }
             elements(element, at, counts.subspan(1), stride);
@@ -785,12 +799,13 @@ private:
             const unsigned tag = dwarf_tag(&die);
             const bool is_scope = is_structure(tag) || tag == DW_TAG_namespace || tag == DW_TAG_subprogram ||
                                   tag == DW_TAG_lexical_block || tag == DW_TAG_module;
-            if (!is_scope && tag != DW_TAG_typedef) {
+            const bool is_type = is_structure(tag) || tag == DW_TAG_typedef || tag == DW_TAG_enumeration_type;
+            if (!is_scope && !is_type) {
                 return;
             }
             const std::string name = name_of(die);
             const std::string qualified = name.empty() ? prefix : prefix.empty() ? name : prefix + "::" + name;
-            if (!name.empty() && (is_structure(tag) || tag == DW_TAG_typedef) && !flag(die, DW_AT_declaration)) {
+            if (is_type && !name.empty() && !flag(die, DW_AT_declaration)) {
                 action(die, qualified, unit);
             }
             if (is_scope) {
@@ -802,9 +817,9 @@ private:
 
 Types::Definitions definitions_in(const File& file) {
     Types::Definitions definitions;
-    Walk::types(file, [&](Dwarf_Die& die, const std::string&, const std::string&) {
-        if (is_structure(dwarf_tag(&die))) {
-            definitions.try_emplace(name_of(die), die);
+    Walk::types(file, [&](Dwarf_Die& die, const std::string& qualified, const std::string&) {
+        if (dwarf_tag(&die) != DW_TAG_typedef) {
+            definitions[name_of(die)].try_emplace(qualified, die);
         }
     });
     return definitions;
