@@ -28,7 +28,7 @@ Structure choose(const ImportRequest& request, std::size_t bytes) {
     }
     if (found.empty()) {
         throw Error{fmt::format("{} has no structure \"{}\"{}: npxlate names list --elf shows those it has",
-                                request.elf, request.structure,
+                                request.elf.path, request.structure,
                                 request.unit.empty() ? "" : " in " + request.unit)};
     }
     if (found.size() > 1) {
@@ -38,7 +38,7 @@ Structure choose(const ImportRequest& request, std::size_t bytes) {
             all.push_back(described(one));
         }
         throw Error{fmt::format("{} has several structures \"{}\": expected the whole name or --unit for one of {}",
-                                request.elf, request.structure, fmt::join(all, "; "))};
+                                request.elf.path, request.structure, fmt::join(all, "; "))};
     }
     return std::move(found.front());
 }
@@ -105,8 +105,10 @@ Imported import(const ImportRequest& request) {
 }
 
 std::string write(const Imported& imported) {
-    std::string text = fmt::format("# {}\n", described(imported.structure));
-    for (const std::string& left_out : imported.structure.left_out) {
+    const Structure& structure = imported.structure;
+    std::string text = fmt::format("# {} {} of {} bytes{}\n", structure.kind, structure.name, structure.size,
+                                   structure.declared_at.empty() ? "" : ", " + structure.declared_at);
+    for (const std::string& left_out : structure.left_out) {
         text += fmt::format("# Left out: {}\n", left_out);
     }
     return text + write(imported.record);

@@ -100,6 +100,8 @@ std::size_t longest_record(const catalogue::Translator& forward, std::optional<u
 std::vector<Span> parse_positions(std::string_view text);
 bool is_position(std::string_view text);
 std::string positions_text(std::span<const Span> bits);
+// Each bit by itself, in the order of the pieces.
+std::vector<std::uint16_t> bits_in_order(std::span<const Span> pieces);
 
 // ---- Values, least significant byte first
 

@@ -91,6 +91,16 @@ bool is_position(std::string_view text) { return pieces(text).has_value(); }
 
 std::string positions_text(std::span<const Span> bits) { return explain::position_list('L', {bits.begin(), bits.end()}); }
 
+std::vector<std::uint16_t> bits_in_order(std::span<const Span> pieces) {
+    std::vector<std::uint16_t> bits;
+    for (const Span piece : pieces) {
+        for (unsigned k = 0; k < piece.width; ++k) {
+            bits.push_back(static_cast<std::uint16_t>(piece.first_bit + k));
+        }
+    }
+    return bits;
+}
+
 Bytes extract(std::span<const std::uint8_t> record, std::span<const Span> bits) {
     Bytes value;
     unsigned at = 0;

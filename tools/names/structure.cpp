@@ -687,12 +687,13 @@ private:
 
 class File {
 public:
-    explicit File(const std::string& path) : path_{path} {
+    explicit File(const names::Elf& elf) : debug_path_{":.debug:" + elf.debug_folder + ":/usr/lib/debug"} {
+        const std::string& path = elf.path;
         const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
         if (descriptor < 0) {
             throw Error{fmt::format("cannot read {}: {}", path, std::generic_category().message(errno))};
         }
-        session_.reset(dwfl_begin(&callbacks));
+        session_.reset(dwfl_begin(&callbacks_));
         // The session closes the file, if it takes it.
         if (!session_ || dwfl_report_offline(session_.get(), path.c_str(), path.c_str(), descriptor) == nullptr) {
             const std::string reason = dwfl_errmsg(-1);
@@ -708,6 +709,9 @@ public:
         }
     }
 
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
     const std::vector<Dwarf*>& parts() const { return parts_; }
 
 private:
@@ -722,7 +726,7 @@ private:
 
     void add(Dwfl_Module* module, const char* name) {
         GElf_Addr bias = 0;
-        Elf* const elf = dwfl_module_getelf(module, &bias);
+        ::Elf* const elf = dwfl_module_getelf(module, &bias);
         GElf_Ehdr header{};
         if (elf == nullptr || gelf_getehdr(elf, &header) == nullptr) {
             problem_ = fmt::format("cannot read {}: {}", name, dwfl_errmsg(-1));
@@ -743,26 +747,22 @@ private:
         parts_.push_back(debug);
     }
 
-    static std::string linked_file(Elf* elf) {
+    static std::string linked_file(::Elf* elf) {
         GElf_Word checksum = 0;
         const char* const file = dwelf_elf_gnu_debuglink(elf, &checksum);
         return file == nullptr ? "" : fmt::format(", and {}, where it has it, was not found", file);
     }
 
-    static char* debug_path_;
-    static const Dwfl_Callbacks callbacks;
-
-    std::string path_;
+    std::string debug_path_;
+    char* debug_path_text_ = debug_path_.data();
+    const Dwfl_Callbacks callbacks_{.find_elf = nullptr,
+                                    .find_debuginfo = dwfl_standard_find_debuginfo,
+                                    .section_address = dwfl_offline_section_address,
+                                    .debuginfo_path = &debug_path_text_};
     std::unique_ptr<Dwfl, Close> session_;
     std::vector<Dwarf*> parts_;
     std::string problem_;
 };
-
-char* File::debug_path_ = nullptr;
-const Dwfl_Callbacks File::callbacks{.find_elf = nullptr,
-                                     .find_debuginfo = dwfl_standard_find_debuginfo,
-                                     .section_address = dwfl_offline_section_address,
-                                     .debuginfo_path = &debug_path_};
 
 // Calls the action with every type definition or typedef that has a name, its qualified name and its unit's name.
 class Walk {
@@ -864,8 +864,8 @@ std::string_view without_kind(std::string_view name) {
 
 }  // namespace
 
-std::vector<Structure> list_structures(const std::string& path) {
-    const File file{path};
+std::vector<Structure> list_structures(const Elf& elf) {
+    const File file{elf};
     const Types::Definitions none;
     const Types types{none};
     std::vector<Structure> structures;
@@ -884,8 +884,8 @@ std::vector<Structure> list_structures(const std::string& path) {
     return structures;
 }
 
-std::vector<Structure> read_structures(const std::string& path, const std::string& name, std::size_t bytes) {
-    const File file{path};
+std::vector<Structure> read_structures(const Elf& elf, const std::string& name, std::size_t bytes) {
+    const File file{elf};
     const Types::Definitions definitions = definitions_in(file);
     const Types types{definitions};
     const std::string_view wanted = without_kind(name);

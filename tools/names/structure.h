@@ -28,14 +28,21 @@ struct Structure {
     std::vector<std::string> left_out{};  // members that have no name for what they are, each with the reason
 };
 
-// The structures of an object file, a program, a shared library, an archive or a separate debug file. Throw Error for a
-// file that cannot be read, that is damaged, that has no debug information or whose target is big-endian.
+// An object file, a program, a shared library, an archive or a separate debug file. Where debug information is in a file
+// of its own, that is looked for beside the file, in .debug there, in the folder and in the system's.
+struct Elf {
+    std::string path;
+    std::string debug_folder{};
+};
+
+// The structures in such a file. Throw Error for a file that cannot be read, that is damaged, that has no debug
+// information or whose target is big-endian.
 
 // Every structure that is defined, without its members.
-std::vector<Structure> list_structures(const std::string& path);
+std::vector<Structure> list_structures(const Elf& elf);
 
 // The structures of that name, of whatever unit, whose layouts differ; members up to so many bytes. A name may be
 // qualified (ns::entry), may begin with struct, class or union, and may be that of a typedef.
-std::vector<Structure> read_structures(const std::string& path, const std::string& name, std::size_t bytes);
+std::vector<Structure> read_structures(const Elf& elf, const std::string& name, std::size_t bytes);
 
 }  // namespace names

@@ -84,14 +84,15 @@ Bytes start_of(const Options& options, const Translator& translator, const names
     return Bytes(size);
 }
 
-void run(Options& options) {
+void run(const Options& options) {
     const Translator& translator = find_subject(options);
     if (options.tx_adj_key_max.given() && translator.forward != &te_nh_adjacency_type_xlate_result) {
         throw WrongInput{
             fmt::format("{} does not depend on TX_ADJ_KEY_MAX: expected no --tx-adj-key-max", translator.name)};
     }
     options.tx_adj_key_max.apply();
-    const names::Record* const names = options.names.of(translator, options.table_or_name);
+    const Naming naming{options.names.of(translator, options.table_or_name)};
+    const names::Record* const names = naming.record();
     const std::vector<names::Assignment> assignments = assignments_of(options);
     const Bytes logical = names::entry_from_fields(start_of(options, translator, names), names, assignments);
 
@@ -106,6 +107,9 @@ void run(Options& options) {
                   {"status", reply.status},
                   {"status_name", status_name(reply.status)},
                   {"logical", to_hex(logical)}};
+        if (names != nullptr) {
+            json["names"] = names_json(*names, logical);
+        }
         json["physical"] = reply.translated ? Json(to_hex(physical)) : Json(nullptr);
         print_json(json);
     } else {

@@ -24,8 +24,11 @@ using catalogue::Role;
 
 // ---- import
 
+constexpr const char* elf_help = "A program, library, archive, object or debug file with debug information (-g)";
+constexpr const char* debug_folder_help = "A folder of separate debug files, as debuggers have one";
+
 struct ImportOptions {
-    std::string elf;
+    names::Elf elf;
     std::string structure;
     std::string unit;
     std::string table_or_name;
@@ -98,8 +101,8 @@ void add_import(CLI::App& command) {
         command.add_subcommand("import", "Write the names of a record from the structure that a program has for it");
     import->footer("Example: npxlate names import --elf card --struct rx_adjacency --table 4 >> names.toml");
     const auto options = std::make_shared<ImportOptions>();
-    import->add_option("--elf", options->elf, "A program, library, object or debug file with debug information (-g)")
-        ->required();
+    import->add_option("--elf", options->elf.path, elf_help)->required();
+    import->add_option("--debug-dir", options->elf.debug_folder, debug_folder_help);
     import->add_option("--struct", options->structure, "The structure, by its name or that of a typedef")->required();
     import->add_option("--table", options->table_or_name, table_or_name_help)->required();
     import->add_option("--role", options->role, "key or result; result if only a table id is given")
@@ -114,7 +117,7 @@ void add_import(CLI::App& command) {
 // ---- list
 
 struct ListOptions {
-    std::string elf;
+    names::Elf elf;
     std::string table_or_name;
     std::string role;
     bool json = false;
@@ -195,7 +198,7 @@ void run_list(const ListOptions& options) {
     if (options.json) {
         print_json(to_json(all));
     } else if (all.empty()) {
-        note(fmt::format("{} has no structure as long as a record{}", options.elf,
+        note(fmt::format("{} has no structure as long as a record{}", options.elf.path,
                          options.table_or_name.empty() ? "" : " of table " + options.table_or_name));
     } else {
         print(to_text(all));
@@ -207,9 +210,8 @@ void add_list(CLI::App& command) {
         command.add_subcommand("list", "List a program's structures that are as long as a table's record");
     list_command->footer("Example: npxlate names list --elf card --table 4");
     const auto options = std::make_shared<ListOptions>();
-    list_command
-        ->add_option("--elf", options->elf, "A program, library, object or debug file with debug information (-g)")
-        ->required();
+    list_command->add_option("--elf", options->elf.path, elf_help)->required();
+    list_command->add_option("--debug-dir", options->elf.debug_folder, debug_folder_help);
     list_command->add_option("--table", options->table_or_name, "Only those that fit this table id");
     list_command->add_option("--role", options->role, "Only those that fit a key, or a result")
         ->check(CLI::IsMember({"key", "result"}));

@@ -3,6 +3,9 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include "npxlate/lookup.h"
 
 namespace tool {
@@ -30,21 +33,17 @@ void NamesOption::add_to(CLI::App& command) {
     command.add_option("--names", path_, "Show the names of this file beside the positions");
 }
 
-const names::Names* NamesOption::read() {
-    if (!has_read_) {
-        has_read_ = true;
-        std::string path = path_.empty() ? variable("NPXLATE_NAMES") : path_;
-        path = path.empty() ? configured_file() : path;
-        if (!path.empty()) {
-            names_ = names::Names::read(path);
-        }
-    }
-    return names_ ? &*names_ : nullptr;
+std::optional<names::Names> NamesOption::read() const {
+    std::string path = path_.empty() ? variable("NPXLATE_NAMES") : path_;
+    path = path.empty() ? configured_file() : path;
+    return path.empty() ? std::nullopt : std::optional{names::Names::read(path)};
 }
 
-const names::Record* NamesOption::of(const catalogue::Translator& translator, std::string_view table_or_name) {
-    const names::Names* const all = read();
-    return all == nullptr ? nullptr : all->of(translator, table_id(table_or_name));
+std::optional<names::Record> NamesOption::of(const catalogue::Translator& translator,
+                                             std::string_view table_or_name) const {
+    const std::optional<names::Names> all = read();
+    const names::Record* const record = all ? all->of(translator, table_id(table_or_name)) : nullptr;
+    return record == nullptr ? std::nullopt : std::optional{*record};
 }
 
 std::optional<unsigned> table_id(std::string_view table_or_name) {
@@ -52,18 +51,41 @@ std::optional<unsigned> table_id(std::string_view table_or_name) {
     return id ? std::optional{static_cast<unsigned>(*id)} : std::nullopt;
 }
 
-Json field_json(const names::Field& field) {
-    Json json{{"name", field.name}, {"at", names::positions_text(field.bits)}, {"as", names::to_string(field.style)}};
-    if (!field.when.empty()) {
-        json["when"] = names::to_string(field.when);
+Json names_json(const names::Record& names, std::span<const std::uint8_t> record) {
+    Json json = Json::array();
+    for (const names::Field* const field : names::fields_of(names, record)) {
+        json.push_back({{"name", field->name},
+                        {"at", names::positions_text(field->bits)},
+                        {"as", names::to_string(field->style)},
+                        {"value", names::value_in(*field, record)}});
     }
     return json;
 }
 
-Json field_json(const names::Field& field, std::span<const std::uint8_t> record) {
-    Json json = field_json(field);
-    json["value"] = names::value_in(field, record);
-    return json;
+std::vector<std::string> Naming::at(char letter, std::span<const names::Span> bits,
+                                    std::optional<std::span<const std::uint8_t>> logical) const {
+    std::vector<std::string> texts;
+    if (!names_ || letter != 'L') {
+        return texts;
+    }
+    for (const names::Mention& mention :
+         logical ? names::mentions(*names_, bits, *logical) : names::mentions(*names_, bits)) {
+        texts.push_back(names::to_string(mention));
+    }
+    return texts;
+}
+
+std::string Naming::suffix(char letter, std::span<const names::Span> bits,
+                           std::optional<std::span<const std::uint8_t>> logical) const {
+    const std::vector<std::string> texts = at(letter, bits, logical);
+    return texts.empty() ? "" : fmt::format(" [{}]", fmt::join(texts, ", "));
+}
+
+void Naming::add_to(Json& json, char letter, std::span<const names::Span> bits,
+                    std::optional<std::span<const std::uint8_t>> logical) const {
+    if (names_ && letter == 'L') {
+        json["names"] = at(letter, bits, logical);
+    }
 }
 
 }  // namespace tool
