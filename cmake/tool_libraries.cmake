@@ -5,8 +5,11 @@ set(tool_libraries
   fmt:libfmt-dev
   nlohmann_json:nlohmann-json3-dev
   absl:libabsl-dev
-  TBB:libtbb-dev)
+  TBB:libtbb-dev
+  libdw:libdw-dev
+  tomlplusplus:libtomlplusplus-dev)
 
+list(APPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
 if(NPXLATE_TOOL)
   set(missing "")
   set(packages "")

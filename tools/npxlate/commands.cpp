@@ -4,6 +4,7 @@ namespace tool {
 
 void add_commands(CLI::App& app) {
     add_translate(app);
+    add_build(app);
     add_batch(app);
     add_explain(app);
     add_roundtrip(app);
@@ -15,6 +16,7 @@ void add_commands(CLI::App& app) {
     add_tables(app);
     add_registers(app);
     add_atlas(app);
+    add_names(app);
 }
 
 }  // namespace tool

@@ -9,6 +9,7 @@ class App;
 namespace tool {
 
 void add_translate(CLI::App& app);  // key, result and reverse
+void add_build(CLI::App& app);
 void add_batch(CLI::App& app);
 void add_explain(CLI::App& app);
 void add_roundtrip(CLI::App& app);
@@ -20,6 +21,7 @@ void add_find(CLI::App& app);
 void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);
 void add_atlas(CLI::App& app);
+void add_names(CLI::App& app);
 
 // All of them, in the order of the help.
 void add_commands(CLI::App& app);

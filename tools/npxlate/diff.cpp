@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <CLI/App.hpp>
 
 #include "explain/comparison.h"
@@ -42,7 +43,24 @@ std::string way(const Account& account) {
     return fmt::format("{}, {}", status_name(account.status), account.form->name);
 }
 
-Json to_json(const Comparison& comparison) {
+// Names that hold for one of the two records, with what they say in both.
+std::string changed_names(const Naming& naming, char letter, const std::vector<explain::Span>& at, const Bytes& first,
+                          const Bytes& second) {
+    std::vector<std::string> texts;
+    if (naming.record() != nullptr && letter == 'L') {
+        for (const names::Mention& mention : names::mentions(*naming.record(), at)) {
+            const names::Field& field = *mention.field;
+            if (names::holds(field.when, first) || names::holds(field.when, second)) {
+                texts.push_back(fmt::format("{}: {} -> {}", field.name, names::value_in(field, first),
+                                            names::value_in(field, second)));
+            }
+        }
+        texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
+    }
+    return texts.empty() ? "" : fmt::format(" [{}]", fmt::join(texts, ", "));
+}
+
+Json to_json(const Comparison& comparison, const Naming& naming) {
     const Translator& translator = *comparison.first.translator;
     const char in = explain::in_letter(translator);
     const char out = explain::out_letter(translator);
@@ -53,29 +71,40 @@ Json to_json(const Comparison& comparison) {
     Json json = translator_json(translator);
     json["first"] = record(comparison.first);
     json["second"] = record(comparison.second);
+    if (naming.record() != nullptr) {
+        const bool reverse = translator.role == catalogue::Role::reverse;
+        for (const auto& [name, account] : {std::pair{"first", &comparison.first}, {"second", &comparison.second}}) {
+            json[name]["names"] = names_json(*naming.record(), reverse ? account->out : account->in);
+        }
+    }
     json["same_way"] = comparison.same_way;
     Json differences_in = Json::array();
     for (const Difference& one : comparison.in) {
-        differences_in.push_back({{"at", positions_json(in, one.at)},
-                                  {"first", explain::value_at(comparison.first.in, one.at)},
-                                  {"second", explain::value_at(comparison.second.in, one.at)},
-                                  {"fate", to_string(one.fate)},
-                                  {"decides", one.decides},
-                                  {"shows_at", positions_json(out, one.other_side)}});
+        Json difference{{"at", positions_json(in, one.at)},
+                        {"first", explain::value_at(comparison.first.in, one.at)},
+                        {"second", explain::value_at(comparison.second.in, one.at)},
+                        {"fate", to_string(one.fate)},
+                        {"decides", one.decides},
+                        {"shows_at", positions_json(out, one.other_side)}};
+        naming.add_to(difference, in, one.at);
+        differences_in.push_back(std::move(difference));
     }
     json["differences_in"] = std::move(differences_in);
     Json differences_out = Json::array();
     for (const Difference& one : comparison.out) {
-        differences_out.push_back({{"at", positions_json(out, one.at)},
-                                   {"first", explain::value_at(comparison.first.out, one.at)},
-                                   {"second", explain::value_at(comparison.second.out, one.at)},
-                                   {"from", positions_json(in, one.other_side)}});
+        Json difference{{"at", positions_json(out, one.at)},
+                        {"first", explain::value_at(comparison.first.out, one.at)},
+                        {"second", explain::value_at(comparison.second.out, one.at)},
+                        {"from", positions_json(in, one.other_side)}};
+        naming.add_to(difference, in, one.other_side);
+        naming.add_to(difference, out, one.at);
+        differences_out.push_back(std::move(difference));
     }
     json["differences_out"] = std::move(differences_out);
     return json;
 }
 
-std::string to_text(const Comparison& comparison, Style style) {
+std::string to_text(const Comparison& comparison, const Naming& naming, Style style) {
     const Translator& translator = *comparison.first.translator;
     const char in = explain::in_letter(translator);
     const char out = explain::out_letter(translator);
@@ -100,6 +129,7 @@ std::string to_text(const Comparison& comparison, Style style) {
         if (one.decides) {
             shows += shows.empty() ? "decides" : "; decides";
         }
+        shows += changed_names(naming, in, one.at, comparison.first.in, comparison.second.in);
         text += line(columns, {explain::position_list(in, one.at),
                                change(comparison.first.in, comparison.second.in, one), shows});
     }
@@ -108,15 +138,19 @@ std::string to_text(const Comparison& comparison, Style style) {
         text += "None.\n";
     }
     for (const Difference& one : comparison.out) {
+        const std::string from =
+            one.other_side.empty() ? "by the form" : "from " + explain::position_list(in, one.other_side);
         text += line(columns,
                      {explain::position_list(out, one.at), change(comparison.first.out, comparison.second.out, one),
-                      one.other_side.empty() ? "by the form" : "from " + explain::position_list(in, one.other_side)});
+                      from + naming.suffix(in, one.other_side) +
+                          changed_names(naming, out, one.at, comparison.first.out, comparison.second.out)});
     }
     return text;
 }
 
 void run(const Options& options) {
     const Translator& translator = options.subject.find();
+    const Naming naming = options.subject.names();
     const FourthArgument argument = options.argument.read();
     check_argument(translator, argument, "--type", "--key");
     options.tx_adj_key_max.apply({&translator});
@@ -129,9 +163,9 @@ void run(const Options& options) {
     }
     const Comparison comparison = explain::compare(translator, first, second, engine_argument(argument));
     if (options.json) {
-        print_json(to_json(comparison));
+        print_json(to_json(comparison, naming));
     } else {
-        print(to_text(comparison, style_of_stdout()));
+        print(to_text(comparison, naming, style_of_stdout()));
     }
     check_accepted(comparison.first);
     check_accepted(comparison.second);

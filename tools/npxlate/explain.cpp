@@ -125,7 +125,45 @@ std::vector<Field> joined(const std::vector<Field>& fields) {
     return result;
 }
 
-Json to_json(const Account& account) {
+// The logical record of the two.
+const Bytes& logical_of(const Account& account) {
+    return account.translator->role == catalogue::Role::reverse ? account.out : account.in;
+}
+
+// What becomes of a name's bits; of a record that comes out, nothing.
+std::string fate_of(const Account& account, const names::Field& field) {
+    if (account.translator->role == catalogue::Role::reverse) {
+        return "";
+    }
+    const auto any = [&](Fate fate) {
+        return std::ranges::any_of(explain::bits_of(field.bits), [&](std::uint16_t bit) {
+            return bit < account.in_bits.size() && account.in_bits[bit].fate == fate;
+        });
+    };
+    std::string text;
+    for (const Fate fate : {Fate::carried, Fate::steered, Fate::dropped}) {
+        if (any(fate)) {
+            text += (text.empty() ? "" : ", ") + std::string{to_string(fate)};
+        }
+    }
+    return text;
+}
+
+// A table of the names that hold for the record, with their values.
+std::string names_text(const Account& account, const Naming& naming, Style style) {
+    if (naming.record() == nullptr) {
+        return "";
+    }
+    std::string text = "\n" + heading("The names of the logical record", style);
+    constexpr std::size_t columns[] = {28, 20, 20};
+    for (const names::Field* const field : names::fields_of(*naming.record(), logical_of(account))) {
+        text += line(columns, {field->name, names::positions_text(field->bits),
+                               names::value_in(*field, logical_of(account)), fate_of(account, *field)});
+    }
+    return text;
+}
+
+Json to_json(const Account& account, const Naming& naming) {
     const Translator& translator = *account.translator;
     const char in = explain::in_letter(translator);
     const char out = explain::out_letter(translator);
@@ -150,9 +188,14 @@ Json to_json(const Account& account) {
     for (const Field& field : account.fields) {
         Json one = field_json(translator, field);
         one["value"] = explain::value_at(account.out, field.to);
+        naming.add_to(one, in, field.from, account.in);
+        naming.add_to(one, out, field.to, account.out);
         fields.push_back(std::move(one));
     }
     json["fields"] = std::move(fields);
+    if (naming.record() != nullptr) {
+        json["names"] = names_json(*naming.record(), logical_of(account));
+    }
     json["carried"] = positions_json(in, bits_that(account, with_fate(Fate::carried)));
     json["steered"] = positions_json(in, bits_that(account, with_fate(Fate::steered)));
     json["dropped"] = positions_json(in, bits_that(account, with_fate(Fate::dropped)));
@@ -188,7 +231,7 @@ std::string status_text(const Account& account) {
     return text;
 }
 
-std::string to_text(const Account& account, Style style) {
+std::string to_text(const Account& account, const Naming& naming, Style style) {
     const Translator& translator = *account.translator;
     const char in = explain::in_letter(translator);
     const char out = explain::out_letter(translator);
@@ -222,14 +265,16 @@ std::string to_text(const Account& account, Style style) {
     for (const Field& field : joined(account.fields)) {
         if (field.kind != Kind::cleared) {
             text += line(columns, {explain::position_list(out, field.to), explain::value_at(account.out, field.to),
-                                   describe(translator, field)});
+                                   describe(translator, field) + naming.suffix(in, field.from, account.in) +
+                                       naming.suffix(out, field.to, account.out)});
         }
     }
-    return text;
+    return text + names_text(account, naming, style);
 }
 
 void run(const Options& options) {
     const Translator& translator = options.subject.find();
+    const Naming naming = options.subject.names();
     const FourthArgument argument = options.argument.read();
     check_argument(translator, argument, "--type", "--key");
     options.tx_adj_key_max.apply({&translator});
@@ -237,9 +282,9 @@ void run(const Options& options) {
     check_record(translator, record);
     const Account account = explain::account(translator, record, engine_argument(argument));
     if (options.json) {
-        print_json(to_json(account));
+        print_json(to_json(account, naming));
     } else {
-        print(to_text(account, style_of_stdout()));
+        print(to_text(account, naming, style_of_stdout()));
     }
     check_accepted(account);
 }

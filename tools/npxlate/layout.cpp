@@ -34,10 +34,62 @@ struct Options {
     bool json = false;
 };
 
-Json rows_json(const Translator& translator, const std::vector<Field>& fields) {
+// The records of which the names speak where their condition and that of the layout can both hold.
+class LayoutNaming {
+public:
+    LayoutNaming(const forms::Forms& forms, const Naming& naming) : forms_{&forms}, naming_{&naming} {}
+
+    // Of the names, those that a record with this condition can have.
+    Naming where(forms::Node condition) const {
+        std::optional<names::Record> names;
+        // What comes out is not what the condition asks for.
+        const bool asks = forms_->translator().role != catalogue::Role::reverse;
+        if (naming_->record() != nullptr) {
+            names = *naming_->record();
+            std::erase_if(names->fields, [&](const names::Field& field) {
+                return asks && forms_->diagrams().both(condition, node_of(field.when)) == npxlate::trace::never;
+            });
+        }
+        return Naming{std::move(names)};
+    }
+
+private:
+    forms::Node node_of(const names::Condition& condition) const {
+        forms::Diagrams& diagrams = forms_->diagrams();
+        forms::Node any = condition.empty() ? npxlate::trace::always : npxlate::trace::never;
+        for (const std::vector<names::Requirement>& together : condition) {
+            forms::Node all = npxlate::trace::always;
+            for (const names::Requirement& requirement : together) {
+                unsigned k = 0;
+                for (const std::uint16_t bit : names::bits_in_order(requirement.bits)) {
+                    const forms::Node is_set = diagrams.bit(npxlate::trace::bit_id(forms::Space::in, bit));
+                    const bool set = (requirement.value.at(k / 8) >> k % 8 & 1) != 0;
+                    all = diagrams.both(all, set ? is_set : diagrams.negation(is_set));
+                    ++k;
+                }
+            }
+            any = diagrams.either(any, all);
+        }
+        return any;
+    }
+
+    const forms::Forms* forms_;
+    const Naming* naming_;
+};
+
+// The names of the logical side of a row.
+std::string suffix(const Translator& translator, const Naming& naming, const Field& field) {
+    return naming.suffix(explain::in_letter(translator), field.from) +
+           naming.suffix(explain::out_letter(translator), field.to);
+}
+
+Json rows_json(const Translator& translator, const std::vector<Field>& fields, const Naming& naming) {
     Json json = Json::array();
     for (const Field& field : fields) {
-        json.push_back(field_json(translator, field));
+        Json one = field_json(translator, field);
+        naming.add_to(one, explain::in_letter(translator), field.from);
+        naming.add_to(one, explain::out_letter(translator), field.to);
+        json.push_back(std::move(one));
     }
     return json;
 }
@@ -52,8 +104,9 @@ Json changes_json(const Translator& translator, const std::vector<InputChange>& 
 
 Json lengths_json(const catalogue::Lengths& lengths) { return {{"least", lengths.least}, {"most", lengths.most}}; }
 
-Json to_json(const LayoutTable& table) {
+Json to_json(const LayoutTable& table, const Naming& all_names) {
     const forms::Forms& forms = *table.forms;
+    const LayoutNaming naming{forms, all_names};
     const Translator& translator = forms.translator();
     forms::ExactNodes exact{forms};
     Json json = translator_json(translator);
@@ -66,7 +119,7 @@ Json to_json(const LayoutTable& table) {
                            {"by_code", section.by_code},
                            {"when", section.when},
                            {"condition", exact.number(section.condition)},
-                           {"rows", rows_json(translator, section.fields)},
+                           {"rows", rows_json(translator, section.fields, naming.where(section.condition))},
                            {"in_changes", changes_json(translator, section.input_changes)}});
     }
     json["layouts"] = std::move(layouts);
@@ -80,7 +133,7 @@ Json to_json(const LayoutTable& table) {
                  {"status_name", status_name(form.status)},
                  {"length", form.length ? Json(*form.length) : Json(nullptr)},
                  {"layouts", layout.sections},
-                 {"rows", rows_json(translator, layout.fields)},
+                 {"rows", rows_json(translator, layout.fields, naming.where(form.condition))},
                  {"in_changes", changes_json(translator, layout.input_changes)}};
         Json out = Json::array();
         for (const forms::Bit& bit : form.out) {
@@ -110,20 +163,21 @@ std::string what_happens(const Field& field) {
            (field.combines ? ", ORed in" : "") + (field.name.empty() ? "" : " (" + field.name + ")");
 }
 
-std::string row(const Translator& translator, const Field& field) {
+std::string row(const Translator& translator, const Field& field, const Naming& naming) {
     const std::string to = explain::position_list(explain::out_letter(translator), field.to);
     const std::string from = explain::position_list(explain::in_letter(translator), field.from);
+    const std::string names = suffix(translator, naming, field);
     // A long list of places goes to the last column, where it can be broken.
     constexpr std::size_t longest_from = 30;
-    return from.size() <= longest_from ? line(columns, {"", to, from, what_happens(field)})
-                                       : line(columns, {"", to, "", what_happens(field) + ": " + from});
+    return from.size() <= longest_from ? line(columns, {"", to, from, what_happens(field) + names})
+                                       : line(columns, {"", to, "", what_happens(field) + ": " + from + names});
 }
 
 std::string rows(const Translator& translator, const std::vector<Field>& fields,
-                 const std::vector<InputChange>& changes) {
+                 const std::vector<InputChange>& changes, const Naming& naming) {
     std::string text;
     for (const Field& field : fields) {
-        text += row(translator, field);
+        text += row(translator, field, naming);
     }
     for (const InputChange& change : changes) {
         text += line(columns, {"", explain::position_list(explain::in_letter(translator), change.bits), "",
@@ -171,8 +225,9 @@ std::string outcomes(const LayoutTable& table) {
     return text;
 }
 
-std::string to_text(const LayoutTable& table, bool by_form, Style style) {
+std::string to_text(const LayoutTable& table, const Naming& all_names, bool by_form, Style style) {
     const Translator& translator = table.forms->translator();
+    const LayoutNaming naming{*table.forms, all_names};
     std::string text = heading(describe(translator), style);
     text += line(hanging, {"", catalogue::title(translator)});
     text += fmt::format("in {} ({}), out {} ({})\n", explain::in_letter(translator), describe(translator.in()),
@@ -182,7 +237,7 @@ std::string to_text(const LayoutTable& table, bool by_form, Style style) {
         for (const FormLayout& layout : table.all) {
             text += "\n" + long_heading(layout.form->name, style);
             text += layout.when.empty() ? "" : line(hanging, {"", "when " + layout.when});
-            text += rows(translator, layout.fields, layout.input_changes);
+            text += rows(translator, layout.fields, layout.input_changes, naming.where(layout.form->condition));
         }
         return text;
     }
@@ -192,7 +247,8 @@ std::string to_text(const LayoutTable& table, bool by_form, Style style) {
         const std::string which = section.when.empty() ? "every record" : section.when;
         text += "\n" + long_heading(section.title.empty() ? which : section.title + ": " + which, style);
         do {
-            text += rows(translator, table.sections[i].fields, table.sections[i].input_changes);
+            text += rows(translator, table.sections[i].fields, table.sections[i].input_changes,
+                         naming.where(section.condition));
             ++i;
         } while (i < table.sections.size() && section.by_code && table.sections[i].by_code &&
                  table.sections[i].condition == section.condition);
@@ -221,15 +277,16 @@ void run(const Options& options) {
         return;
     }
     const Translator& translator = options.subject.find();
+    const Naming naming = options.subject.names();
     if (options.length && !translator.in().allows(*options.length)) {
         check_length(translator, *options.length);
     }
     const LayoutTable table = explain::layout_of(
         translator, options.length ? std::optional{static_cast<std::int32_t>(*options.length)} : std::nullopt);
     if (options.json) {
-        print_json(to_json(table));
+        print_json(to_json(table, naming));
     } else {
-        print(to_text(table, options.forms, style_of_stdout()));
+        print(to_text(table, naming, options.forms, style_of_stdout()));
     }
 }
 

@@ -13,6 +13,7 @@
 #include "npxlate/error.h"
 #include "npxlate/input.h"
 #include "npxlate/lookup.h"
+#include "npxlate/names_option.h"
 #include "npxlate/subject.h"
 #include "npxlate/taken.h"
 #include "npxlate/translation.h"
@@ -28,13 +29,14 @@ using explain::RoundTrip;
 
 struct Options {
     std::string table;
+    NamesOption names;
     RecordSource source;
     ArgumentOptions argument;
     TxAdjKeyMaxOption tx_adj_key_max;
     bool json = false;
 };
 
-std::string in_words(const RoundTrip& trip, const Returned& returned) {
+std::string in_words(const RoundTrip& trip, const Returned& returned, const Naming& naming) {
     const std::string at = explain::position_list('L', returned.at);
     const std::string from = explain::position_list('L', returned.from);
     const std::string was = explain::value_at(trip.forward.in, returned.at);
@@ -75,10 +77,10 @@ std::string in_words(const RoundTrip& trip, const Returned& returned) {
     }
     // What does not fit goes on under the first word after the position.
     const std::size_t columns[] = {at.size() + 1};
-    return line(columns, {at, what});
+    return line(columns, {at, what + naming.suffix('L', returned.at, trip.forward.in)});
 }
 
-Json to_json(const RoundTrip& trip) {
+Json to_json(const RoundTrip& trip, const Naming& naming) {
     const auto step = [](const Account& account) {
         Json json = translator_json(*account.translator);
         json["status"] = account.status;
@@ -103,13 +105,18 @@ Json to_json(const RoundTrip& trip) {
         if (!returned.text.empty()) {
             one["text"] = returned.text;
         }
+        naming.add_to(one, 'L', returned.at, trip.forward.in);
         differences.push_back(std::move(one));
     }
     json["fields"] = std::move(differences);
+    if (naming.record() != nullptr) {
+        json["names"] = names_json(*naming.record(), trip.forward.in);
+        json["names_back"] = trip.reverse ? names_json(*naming.record(), trip.reverse->out) : Json(nullptr);
+    }
     return json;
 }
 
-std::string to_text(const RoundTrip& trip, Style style) {
+std::string to_text(const RoundTrip& trip, const Naming& naming, Style style) {
     constexpr std::size_t columns[] = {10};
     std::string text = heading(
         fmt::format("{}, back through {}", trip.forward.translator->name, trip.reverse->translator->name), style);
@@ -124,7 +131,7 @@ std::string to_text(const RoundTrip& trip, Style style) {
     text += hex("logical", trip.forward.in) + hex("physical", trip.forward.out) + hex("and back", trip.reverse->out);
     text += "\n";
     for (const Returned& returned : trip.returned) {
-        text += in_words(trip, returned);
+        text += in_words(trip, returned, naming);
     }
     return text;
 }
@@ -152,14 +159,15 @@ void run(const Options& options) {
     const FourthArgument argument = argument_for_way_back(*reverse, options.argument.read(), record);
     check_argument(*reverse, argument, "--type", "--key");
 
+    const Naming naming{options.names.of(*forward, options.table)};
     const RoundTrip trip = explain::round_trip(*forward, *reverse, record, engine_argument(argument));
     if (options.json) {
-        print_json(to_json(trip));
+        print_json(to_json(trip, naming));
     }
     check_accepted(trip.forward);
     check_accepted(*trip.reverse);
     if (!options.json) {
-        print(to_text(trip, style_of_stdout()));
+        print(to_text(trip, naming, style_of_stdout()));
     }
 }
 
@@ -174,6 +182,7 @@ void add_roundtrip(CLI::App& app) {
     add_record_source(*command, options->source);
     options->argument.add_to(*command);
     options->tx_adj_key_max.add_to(*command);
+    options->names.add_to(*command);
     command->add_flag("--json", options->json, "The same as JSON");
     command->callback([options] { run(*options); });
 }

@@ -20,6 +20,7 @@ void SubjectOptions::add_to(CLI::App& command, bool required) {
     command.add_option("TABLE_OR_NAME", table_or_name_, table_or_name_help)->required(required);
     command.add_option("--role", role_, "key, result or reverse; result if only a table id is given")
         ->check(CLI::IsMember({"key", "result", "reverse"}));
+    names_.add_to(command);
 }
 
 const Translator& SubjectOptions::find() const {

@@ -6,6 +6,7 @@
 #include <CLI/App.hpp>
 
 #include "explain/explain.h"
+#include "npxlate/names_option.h"
 #include "npxlate/options.h"
 #include "npxlate/output.h"
 
@@ -13,13 +14,16 @@ namespace tool {
 
 class SubjectOptions {
 public:
-    // TABLE_OR_NAME and --role.
+    // TABLE_OR_NAME, --role and --names.
     void add_to(CLI::App& command, bool required = true);
     bool given() const { return !table_or_name_.empty(); }
     // Throws WrongInput.
     const catalogue::Translator& find() const;
+    // The names of its logical record.
+    Naming names() const { return Naming{names_.of(find(), table_or_name_)}; }
 
 private:
+    NamesOption names_;
     std::string table_or_name_;
     std::string role_;
 };
