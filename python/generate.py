@@ -15,15 +15,16 @@ def main(tool, version, output):
     listed = ask("tables")
     translators = {}
     for entry in [table[role] for table in listed["tables"] for role in ROLES] + listed["by_name"]:
-        translators.setdefault(entry["name"], {"title": "", **entry, "tables": [], "key_length": None})
+        translators.setdefault(entry["name"], {**entry, "tables": [], "key_length": None})
     for table in listed["tables"]:
         for role in ROLES:
             translators[table[role]["name"]]["tables"].append(table["table"])
             if "takes_key" in table[role]["traits"]:
                 translators[table[role]["name"]]["key_length"] = table["key"]["logical"]["most"]
-    tables = [{"title": table.get("title", ""), **{role: table[role]["name"] for role in ROLES}}
+    tables = [{"title": table["title"], **{role: table[role]["name"] for role in ROLES}}
               for table in listed["tables"]]
     statuses = {status["status"]: (status["name"], status["meaning"]) for status in listed["statuses"]}
+    traits = {trait["trait"]: trait["meaning"] for trait in listed["traits"]}
     engines = {engine: len(ask("registers", engine)["registers"]) for engine in ENGINES}
 
     with open(output, "w", encoding="utf-8") as file:
@@ -34,6 +35,7 @@ def main(tool, version, output):
                 ("TABLES", "List[Dict[str, Any]]", tables),
                 ("TRANSLATORS", "List[Dict[str, Any]]", list(translators.values())),
                 ("STATUSES", "Dict[int, Tuple[str, str]]", statuses),
+                ("TRAITS", "Dict[str, str]", traits),
                 ("ENGINES", "Dict[str, int]", engines)):
             print(f"\n{name}: {kind} = {pprint.pformat(value, width=118, sort_dicts=False)}", file=file)
 

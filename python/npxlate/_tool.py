@@ -15,9 +15,9 @@ _INITIAL_TX_ADJ_KEY_MAX = tx_adj_key_max()
 class Document(Mapping[str, Any]):
     """What the tool said: a mapping whose members can be reached as attributes, too.
 
-    The members are those of the tool's JSON, which its documentation lists; :meth:`Mapping.keys` lists those of the object at
-    hand. A member that is named like a word of Python has an underscore behind it (``from_``, ``in_``); lists are lists, and
-    the objects in them are documents.
+    The members are those of the tool's JSON, which its documentation lists; :meth:`Mapping.keys` lists those of the
+    object at hand. A member that is named like a word of Python has an underscore behind it (``from_``, ``in_``);
+    lists are lists, and the objects in them are documents.
 
     >>> import npxlate
     >>> explained = npxlate.explain(17, bytes(8))
@@ -44,7 +44,8 @@ class Document(Mapping[str, Any]):
             for member in (name, name[:-1] if name.endswith("_") else name):
                 if member in self._members:
                     return self[member]
-        raise AttributeError(f"there is no member {name!r}: expected one of {', '.join(self.__dict__.get('_members', {}))}")
+        there_are = ", ".join(self.__dict__.get("_members", {}))
+        raise AttributeError(f"there is no member {name!r}: expected one of {there_are}")
 
     def __dir__(self) -> List[str]:
         return [*super().__dir__(), *self._members]
@@ -81,7 +82,8 @@ def _find_tool() -> str:
 def _ask(command: str, *arguments: str) -> Document:
     try:
         done = subprocess.run([_find_tool(), command, "--json", *arguments], stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8", errors="replace", check=False)
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8", errors="replace",
+                              check=False)
     except OSError as error:
         raise NpxlateError(f"cannot run the tool {_find_tool()}: {error.strerror}; expected npxlate") from error
     try:
@@ -119,6 +121,17 @@ def explain(table_or_name: TableOrName, record: BytesLike, role: Optional[str] =
     subject = translator(table_or_name, role)
     return _ask("explain", subject.name, _as_bytes(record, "the record").hex(),
                 *_arguments(subject, entry_type, logical_key))
+
+
+def decode(table_or_name: TableOrName, record: BytesLike, role: Optional[str] = None) -> Document:
+    """Which logical records give just this physical one: ``npxlate decode``.
+
+    >>> import npxlate
+    >>> npxlate.decode(17, bytes.fromhex("1100010001020304")).physical
+    '1100010001020304'
+    """
+    subject = translator(table_or_name, role)
+    return _ask("decode", subject.name, _as_bytes(record, "the record").hex(), *_arguments(subject, None, None))
 
 
 def layout(table_or_name: TableOrName, role: Optional[str] = None) -> Document:

@@ -222,16 +222,8 @@ class Translator:
         The lengths that a record which goes in may have. Besides those of the record this is the length of what the
         reverse of the same table makes of it, where that is more: what was read back can go in again.
     ``traits``
-        What sets it apart from others, by the names that ``npxlate tables --json`` uses:
-
-        ``changes_input``    writes into the record that goes in
-        ``keeps_length``     stores no out-length
-        ``keeps_buffer``     leaves bits of the record that comes out as they were
-        ``takes_type``       needs ``entry_type``
-        ``takes_key``        needs ``logical_key``
-        ``checks_length``    refuses lengths that it does not take
-        ``rejects_records``  refuses some records
-        ``hides_failures``   returns success even for a record that it refuses; this package tells the two apart
+        What sets it apart from others; :func:`npxlate.traits` says what each means. For a translator with
+        ``hides_failures`` this package tells the failures from successes.
     """
 
     name: str
@@ -295,13 +287,13 @@ class Translator:
              logical_key: Optional[BytesLike] = None) -> Records:
         """Translates a buffer of records, which lie one behind the other, at about the speed of a loop in C.
 
-        ``records`` is whatever has a buffer: ``bytes``, a ``memoryview``, a memory-mapped file, a NumPy array. ``size`` is the
-        bytes of one record; without it, that of the translator's records, or what one element or row of ``records`` has.
-        ``out``, if given, is a writable buffer for what comes out; otherwise there is a new one of zeros. It matters to the
-        translators that leave bits as they were, and saves making a buffer at each call.
+        ``records`` is whatever has a buffer: ``bytes``, a ``memoryview``, a memory-mapped file, a NumPy array.
+        ``size`` is the bytes of one record; without it, that of the translator's records, or what one element or row
+        of ``records`` has. ``out``, if given, is a writable buffer for what comes out; otherwise there is a new one
+        of zeros. It matters to the translators that leave bits as they were, and saves making a buffer at each call.
 
-        Records that are refused do not stop the others: see ``statuses``, which with ``lengths`` has one entry a record.
-        Your records are never changed: see ``input``.
+        Records that are refused do not stop the others: see ``statuses``, which with ``lengths`` has one entry a
+        record. Your records are never changed: see ``input``.
 
         >>> import npxlate
         >>> vlans = npxlate.translator(17).many(bytes(16))
@@ -322,8 +314,8 @@ class Translator:
         if target.read_only:
             raise NpxlateError("out is read-only: expected a writable buffer")
         if target.length != count * out_step:
-            raise NpxlateError(f"out has {_bytes(target.length)}: expected {count * out_step}, which is {count} records "
-                               f"of {_bytes(out_step)}")
+            raise NpxlateError(f"out has {_bytes(target.length)}: expected {count * out_step}, which is {count} "
+                               f"records of {_bytes(out_step)}")
         if source.overlaps(target):
             raise NpxlateError("out overlaps the records: expected a buffer of its own")
         statuses = array.array("i", bytes(4 * count))
@@ -337,8 +329,8 @@ class Translator:
         length = min(step, self.source.most)
         lengths_at = lengths.buffer_info()[0]
         if LOOP is not None:
-            LOOP(ctypes.cast(cast(Any, self._function), ctypes.c_void_p), self._kind, source, step, target, out_step, count, length,
-                 statuses.buffer_info()[0], lengths_at, argument)
+            LOOP(ctypes.cast(cast(Any, self._function), ctypes.c_void_p), self._kind, source, step, target, out_step,
+                 count, length, statuses.buffer_info()[0], lengths_at, argument)
             return
         arguments: List[Iterable[Any]] = [range(source, source + count * step, step), itertools.repeat(length, count),
                                           range(target, target + count * out_step, out_step) if out_step else
@@ -361,7 +353,8 @@ class Translator:
         if size == 0:
             raise NpxlateError("records of 0 bytes cannot be counted: expected a size of at least 1")
         if source.length % size:
-            raise NpxlateError(f"records has {_bytes(source.length)}: expected a multiple of {size}, the bytes of a record")
+            raise NpxlateError(f"records has {_bytes(source.length)}: expected a multiple of {size}, the bytes of a "
+                               "record")
         return size
 
     def _check_length(self, length: int) -> None:
@@ -373,7 +366,8 @@ class Translator:
 
     def _argument(self, entry_type: Optional[int], logical_key: Optional[BytesLike]) -> Any:
         """The fourth argument, as ctypes takes it; None if the translator has none."""
-        for name, trait, given in (("entry_type", "takes_type", entry_type), ("logical_key", "takes_key", logical_key)):
+        for name, trait, given in (("entry_type", "takes_type", entry_type), ("logical_key", "takes_key",
+        logical_key)):
             if trait in self.traits and given is None:
                 raise NpxlateError(f"{self.name} needs the {name} of the entry: expected {name}=...")
             if trait not in self.traits and given is not None:
@@ -435,7 +429,8 @@ class _Buffer:
         try:
             view = memoryview(holder)
         except TypeError:
-            raise TypeError(f"{name} is {type(holder).__name__}: expected bytes or another object with a buffer") from None
+            raise TypeError(f"{name} is {type(holder).__name__}: expected bytes or another object with a "
+                            "buffer") from None
         if not view.c_contiguous:
             raise NpxlateError(f"{name} does not lie in one piece: expected a contiguous buffer")
         self.length = view.nbytes
@@ -523,6 +518,16 @@ def translators(*, role: Optional[str] = None, family: Optional[str] = None) -> 
                  if role in (None, translator.role) and family in (None, translator.family))
 
 
+def traits() -> Dict[str, str]:
+    """What can set a translator apart, and what that means, in words that follow upon the translator's name.
+
+    >>> import npxlate
+    >>> npxlate.traits()["changes_input"]
+    'changes its input'
+    """
+    return dict(_data.TRAITS)
+
+
 def translator(table_or_name: TableOrName, role: Optional[str] = None) -> Translator:
     """The translator of a table and a role, or of an exported name.
 
@@ -559,9 +564,9 @@ def key(table_or_name: TableOrName, record: BytesLike, *, before: BytesLike = b"
     >>> npxlate.key(4, bytes.fromhex("010203")).hex()
     '010203'
 
-    ``table_or_name`` is a table id or the exported name of a key translator. What comes back is ``bytes`` that know more:
-    see :class:`Record`. ``before`` is what the buffer holds before the call, zeros where it ends; only the translators with
-    the trait ``keeps_buffer`` let anything of it through.
+    ``table_or_name`` is a table id or the exported name of a key translator. What comes back is ``bytes`` that know
+    more: see :class:`Record`. ``before`` is what the buffer holds before the call, zeros where it ends; only the
+    translators with the trait ``keeps_buffer`` let anything of it through.
 
     Raises :class:`NpxlateError` if the translator refuses the record, or takes none of its length.
     """
@@ -576,9 +581,9 @@ def result(table_or_name: TableOrName, record: BytesLike, *, before: BytesLike =
     >>> npxlate.result(4, adjacency).hex()
     '9100000000000d230a00000142000000'
 
-    ``table_or_name`` is a table id or the exported name of a result translator. What comes back is ``bytes`` that know more:
-    see :class:`Record`. ``before`` is what the buffer holds before the call, zeros where it ends; only the translators with
-    the trait ``keeps_buffer`` let anything of it through.
+    ``table_or_name`` is a table id or the exported name of a result translator. What comes back is ``bytes`` that
+    know more: see :class:`Record`. ``before`` is what the buffer holds before the call, zeros where it ends; only the
+    translators with the trait ``keeps_buffer`` let anything of it through.
 
     >>> npxlate.result("flow_qos_hash_st_xlate_result", bytes(16), before=b"\\xff")[:1].hex()
     '2f'
@@ -603,8 +608,8 @@ def reverse(table_or_name: TableOrName, record: BytesLike, *, entry_type: Option
     >>> len(npxlate.reverse(92, bytes(8), logical_key=bytes(8)))
     12
 
-    What comes back is ``bytes`` that know more: see :class:`Record`. ``before`` is what the buffer holds before the call, zeros
-    where it ends; only the translators with the trait ``keeps_buffer`` let anything of it through.
+    What comes back is ``bytes`` that know more: see :class:`Record`. ``before`` is what the buffer holds before the
+    call, zeros where it ends; only the translators with the trait ``keeps_buffer`` let anything of it through.
 
     Raises :class:`NpxlateError` if the translator refuses the record, or takes none of its length.
     """

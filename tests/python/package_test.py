@@ -84,8 +84,8 @@ def test_everything_public_is_documented_with_an_example(name):
 
 
 def test_the_types_are_checked():
-    checked = subprocess.run([sys.executable, "-m", "mypy", "--strict", "--python-version", "3.9", "--cache-dir=/dev/null",
-                              str(PACKAGE)], capture_output=True, text=True, check=False)
+    checked = subprocess.run([sys.executable, "-m", "mypy", "--strict", "--python-version", "3.9",
+                              "--cache-dir=/dev/null", str(PACKAGE)], capture_output=True, text=True, check=False)
     assert checked.returncode == 0, checked.stdout + checked.stderr
     assert (PACKAGE / "py.typed").exists()
 
@@ -96,15 +96,17 @@ def test_tables_and_translators_are_those_of_the_tool():
     listed = json.loads(tool("tables", "--json").stdout)
     assert len(npxlate.tables()) == len(listed["tables"]) == 128
     for table, entry in zip(npxlate.tables(), listed["tables"]):
-        assert table.id == entry["table"]
+        assert (table.id, table.title) == (entry["table"], entry["title"])
         for role in ("key", "result", "reverse"):
             translator = getattr(table, role)
             assert (translator.name, translator.role) == (entry[role]["name"], role)
             assert table.id in translator.tables
             assert npxlate.translator(table.id, role) is translator
+            assert translator.title == entry[role]["title"]
             assert translator.logical == tuple(entry[role]["logical"].values())
             assert translator.physical == tuple(entry[role]["physical"].values())
             assert translator.traits == set(entry[role]["traits"])
+    assert npxlate.traits() == {trait["trait"]: trait["meaning"] for trait in listed["traits"]}
     by_name = {entry["name"] for entry in listed["by_name"]}
     assert {translator.name for translator in npxlate.translators() if not translator.tables} == by_name
     assert len(npxlate.translators()) == len({translator.name for translator in npxlate.translators()})
@@ -122,12 +124,12 @@ def test_registers_are_those_of_the_tool(engine):
 
 def test_what_there_is_not_is_told():
     for wrong, expected in (
-            (lambda: npxlate.registers("learning"), "there is no engine 'learning': expected one of parse, resolve, learn"),
+            (lambda: npxlate.registers("learning"), "expected one of parse, resolve, learn"),
             (lambda: npxlate.translator(128), "there is no table 128: expected a table id from 0 to 127"),
             (lambda: npxlate.translator(-1), "there is no table -1: expected a table id from 0 to 127"),
             (lambda: npxlate.translator("span_fwd_st_xlate_resul"), "did you mean span_fwd_st_xlate_result?"),
             (lambda: npxlate.translator(4, "back"), "there is no role 'back': expected one of key, result, reverse"),
-            (lambda: npxlate.key("modulo_xlate_result", bytes(8)), "modulo_xlate_result is a result translator: expected a key"),
+            (lambda: npxlate.key("modulo_xlate_result", bytes(8)), "is a result translator: expected a key"),
             (lambda: npxlate.translators(family="mice"), "there is no family 'mice': expected one of adjacency"),
             (lambda: npxlate.set_tx_adj_key_max(65536), "expected a number from 0 to 65535"),
             (lambda: npxlate.virtual_queue_index(-1, 0), "expected a number from 0 to 4294967295")):
@@ -323,7 +325,7 @@ def test_wrong_buffers_are_refused():
             (lambda: translator.many(memoryview(bytes(32))[::2]), "expected a contiguous buffer"),
             (lambda: translator.many(bytes(16), out=bytes(16)), "out is read-only"),
             (lambda: translator.many(bytes(16), out=bytearray(15)), "out has 15 bytes: expected 16"),
-            (lambda: translator.many(memoryview(shared)[:16], out=memoryview(shared)[8:24]), "out overlaps the records"),
+            (lambda: translator.many(memoryview(shared)[:16], out=memoryview(shared)[8:24]), "out overlaps"),
             (lambda: npxlate.translator(0).many(bytes(16)), "takes records of 0 to 64 bytes: expected a size"),
             (lambda: npxlate.translator(0).many(bytes(16), size=0), "expected a size of at least 1")):
         with pytest.raises(npxlate.NpxlateError, match=message):
@@ -409,6 +411,14 @@ def test_what_the_tool_says_is_an_object():
     assert npxlate.explain(17, bytes(8), "key").role == "key"
     assert npxlate.explain(52, bytes(32), "reverse", entry_type=1).status == 0
     assert npxlate.explain(92, bytes(8), "reverse", logical_key=bytes(8)).status == 0
+
+
+def test_a_record_of_the_card_is_decoded():
+    decoded = npxlate.decode(17, bytes.fromhex("1100010001020304"))
+    assert len(decoded.candidates) == 1
+    assert decoded.candidates[0].to_json()
+    impossible = npxlate.decode(17, bytes.fromhex("1200010001020304"))
+    assert impossible.candidates == [] and impossible.nearest
 
 
 def test_what_the_tool_refuses_is_an_error():

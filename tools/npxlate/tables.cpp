@@ -79,9 +79,17 @@ Json as_json() {
     }
     Json statuses = Json::array();
     for (const std::int32_t status : {NPXLATE_OK, NPXLATE_INVALID, NPXLATE_OUT_OF_RANGE, NPXLATE_NOT_SUPPORTED}) {
-        statuses.push_back({{"status", status}, {"name", status_name(status)}, {"meaning", status_meaning(status)}});
+        statuses.push_back(
+            {{"status", status}, {"name", status_name(status)}, {"meaning", catalogue::status_words(status)}});
     }
-    return {{"tables", std::move(tables)}, {"by_name", std::move(named)}, {"statuses", std::move(statuses)}};
+    Json traits = Json::array();
+    for (const Trait trait : catalogue::all_traits) {
+        traits.push_back({{"trait", catalogue::to_string(trait)}, {"meaning", catalogue::words(trait)}});
+    }
+    return {{"tables", std::move(tables)},
+            {"by_name", std::move(named)},
+            {"statuses", std::move(statuses)},
+            {"traits", std::move(traits)}};
 }
 
 std::string row(std::string_view table, const Translator& translator) {

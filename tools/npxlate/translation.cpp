@@ -131,19 +131,4 @@ std::string rejection(const Translator& translator, const Reply& reply) {
                        catalogue::status_words(reply.status));
 }
 
-std::string_view status_meaning(std::int32_t status) {
-    switch (status) {
-        case NPXLATE_OK:
-            return "translated";
-        case NPXLATE_INVALID:
-            return "a length or a type that the table does not take";
-        case NPXLATE_OUT_OF_RANGE:
-            return "more than 4 segment identifiers";
-        case NPXLATE_NOT_SUPPORTED:
-            return "a combination of flags that the table does not take";
-        default:
-            return "not a status of this library";
-    }
-}
-
 }  // namespace tool

@@ -50,7 +50,4 @@ std::string rejection(const catalogue::Translator& translator, const Reply& repl
 
 using catalogue::status_name;
 
-// The same in words.
-std::string_view status_meaning(std::int32_t status);
-
 }  // namespace tool
