@@ -13,6 +13,8 @@ void add_commands(CLI::App& app) {
     add_tables(app);
     add_registers(app);
     add_atlas(app);
+    add_vectors(app);
+    add_verify(app);
 }
 
 }  // namespace tool

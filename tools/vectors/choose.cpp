@@ -56,8 +56,8 @@ private:
     void decide_question(Node question, const std::vector<std::size_t>& branches);
     void show(const std::vector<std::size_t>& branches, Node condition);
 
-    const Column& column(BitId id);
-    const Column& column(Node node);
+    const Column& column(BitId id) const { return of_bit_[id]; }
+    const Column& holding(Node node);
     bool is_shown(std::size_t branch, const Sample& sample, const Form& form) const;
     Node output_from(std::size_t branch, std::size_t output);
     const std::vector<Node>& differences(std::size_t branch);
@@ -76,7 +76,7 @@ private:
     std::vector<Sample> samples_{};
     std::map<const Form*, std::size_t> samples_of_{};
     std::vector<Column> shown_{};  // for each branch
-    std::unordered_map<BitId, Column> of_bit_{};
+    std::vector<Column> of_bit_;   // by bit, for those of the records and the others
     std::unordered_map<Node, Column> of_node_{};
     std::map<std::pair<std::size_t, std::size_t>, Node> output_from_{};
     std::map<std::size_t, std::vector<Node>> differences_{};  // by branch
@@ -89,7 +89,8 @@ Chooser::Chooser(const Forms& forms, std::size_t in_bytes, std::size_t out_bytes
       outputs_{forms},
       in_bytes_{in_bytes},
       out_bytes_{out_bytes},
-      shown_(tree_.branches().size()) {
+      shown_(tree_.branches().size()),
+      of_bit_(std::size_t{1} << 14) {
     std::set<BitId> others;
     for (std::size_t bit = 0; bit < 8 * in_bytes; ++bit) {
         others.insert(bit_id(Space::in, bit));
@@ -139,15 +140,7 @@ std::vector<Sample> Chooser::run() {
     return std::move(samples_);
 }
 
-const Column& Chooser::column(BitId id) {
-    Column& column = of_bit_[id];
-    while (column.size() < samples_.size()) {
-        column.append(samples_[column.size()].given().bit(id));
-    }
-    return column;
-}
-
-const Column& Chooser::column(Node node) {
+const Column& Chooser::holding(Node node) {
     Column& column = of_node_[node];
     while (column.size() < samples_.size()) {
         const forms::Given given = samples_[column.size()].given();
@@ -159,27 +152,29 @@ const Column& Chooser::column(Node node) {
 // The output of the form is seen to be no constant, unless it is one, and no other bit.
 void Chooser::decide_output(const Form& form, std::size_t output) {
     const Node made = node_of(diagrams_, outputs_.of(form, output));
-    const auto is_not = [&](const Column& other, Node is_other) {
-        const Column& among = column(form.condition);
-        const Column& own = column(made);
+    const Column& among = holding(form.condition);
+    const Column& own = holding(made);
+    const auto is_not = [&](const Column& other, auto&& node_of_other) {
         for (std::size_t i = 0; i < among.words(); ++i) {
             if ((among.word(i) & (own.word(i) ^ other.word(i))) != 0) {
                 return;
             }
         }
-        const Node wanted = diagrams_.both(form.condition, diagrams_.differ(made, is_other));
+        const Node wanted = diagrams_.both(form.condition, diagrams_.differ(made, node_of_other()));
         if (wanted != never) {
             add(wanted, samples_of_[&form]);
+            holding(form.condition);
+            holding(made);
         }
     };
-    is_not(column(never), never);
-    is_not(column(always), always);
+    is_not(holding(never), [] { return never; });
+    is_not(holding(always), [] { return always; });
     for (const BitId other : others_) {
-        is_not(column(other), diagrams_.bit(other));
+        is_not(column(other), [&] { return diagrams_.bit(other); });
     }
     if (output < 8 * out_bytes_) {
         const BitId before = bit_id(Space::out, output);
-        is_not(column(before), diagrams_.bit(before));
+        is_not(column(before), [&] { return diagrams_.bit(before); });
     }
 }
 
@@ -204,7 +199,7 @@ void Chooser::decide_function(std::size_t output, const forms::Bit& made) {
     const Node function = node_of(diagrams_, made);
     for (const Node neighbour : neighbours(function)) {
         const Node wanted = diagrams_.both(used, diagrams_.differ(function, neighbour));
-        const Column& seen = column(wanted);
+        const Column& seen = holding(wanted);
         bool is_seen = wanted == never;
         for (std::size_t i = 0; i < seen.words(); ++i) {
             is_seen = is_seen || seen.word(i) != 0;
@@ -233,7 +228,7 @@ const std::vector<Node>& Chooser::differences(std::size_t branch) {
 
 // At one of the branches there is a record for which the condition holds, and which shows which way the branch went.
 void Chooser::show(const std::vector<std::size_t>& branches, Node condition) {
-    const Column& wanted = column(condition);
+    const Column& wanted = holding(condition);
     for (const std::size_t branch : branches) {
         for (std::size_t i = 0; i < wanted.words(); ++i) {
             if ((shown_[branch].word(i) & wanted.word(i)) != 0) {
@@ -344,6 +339,12 @@ void Chooser::add(Node condition, std::size_t number) {
     for (std::size_t branch = 0; branch < tree_.branches().size(); ++branch) {
         const Branch& at = tree_.branches()[branch];
         shown_[branch].append(at.form == nullptr && holds(at.reached) && is_shown(branch, sample, form));
+    }
+    for (std::size_t bit = 0; bit < 8 * out_bytes_; ++bit) {
+        of_bit_[bit_id(Space::out, bit)].append(given.bit(bit_id(Space::out, bit)));
+    }
+    for (const BitId id : others_) {
+        of_bit_[id].append(given.bit(id));
     }
     samples_.push_back(std::move(sample));
 }
