@@ -14,6 +14,9 @@ packages=(libnpxlate1 libnpxlate-dev npxlate-doc)
 if [ "$with_tool" = ON ]; then
     packages+=(npxlate)
 fi
+if [ -n "$(python_files "$build")" ]; then
+    packages+=(python3-npxlate)
+fi
 package_file() {
     local of=$architecture
     [ "$1" != npxlate-doc ] || of=all
@@ -58,8 +61,8 @@ check_package() { # PACKAGE FILE...
     check_files "$work/alone/$1/usr" $(package_files "$1") $(printf '%s\n' "${@:2}" | sed 's|^share/man/.*|&.gz|')
 }
 check_package libnpxlate1 $(library_files "$libdir")
-check_package libnpxlate-dev $(development_files "$libdir" "$build_type")
-check_package npxlate-doc $(documentation_files "$with_tool")
+check_package libnpxlate-dev $(development_files "$libdir" "$build_type" "$with_tool")
+check_package npxlate-doc $(documentation_files "$with_tool" "$build")
 
 pkg_config=(env "PKG_CONFIG_LIBDIR=$work/unpacked/usr/$libdir/pkgconfig" pkg-config)
 "$cc" -std=c11 "$examples/program.c" $("${pkg_config[@]}" --cflags --libs npxlate) -o "$work/program_c"
@@ -74,6 +77,15 @@ if [ "$with_tool" = ON ]; then
     check_package npxlate $(tool_files)
     [ "$("${run[@]}" "$work/unpacked/usr/bin/npxlate" --version)" = "npxlate 1.0.0" ] ||
         fail "The unpacked tool gives another version."
+fi
+
+if [ -n "$(python_files "$build")" ]; then
+    check_field python3-npxlate Section '^python$'
+    check_field python3-npxlate Depends 'libnpxlate1 \(= 1\.0\.0\), python3 \(>= 3\.9\)'
+    check_package python3-npxlate $(python_files "$build")
+    [ "$("${run[@]}" "PYTHONPATH=$work/unpacked/usr/lib/python3/dist-packages" python3 -B -c \
+        'import npxlate; print(npxlate.key(17, bytes(8)).hex())')" = 0000000000000000 ] ||
+        fail "The unpacked Python package gives something else."
 fi
 
 if command -v lintian >/dev/null; then

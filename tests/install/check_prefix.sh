@@ -8,7 +8,8 @@ rm -rf "$work"
 mkdir -p "$work"
 cmake --install "$build" --prefix "$work/first" >/dev/null
 
-files=($(library_files "$libdir") $(development_files "$libdir" "$build_type") $(documentation_files "$with_tool"))
+files=($(library_files "$libdir") $(development_files "$libdir" "$build_type" "$with_tool") $(documentation_files "$with_tool" "$build")
+    $(python_files "$build"))
 if [ "$with_tool" = ON ]; then
     files+=($(tool_files))
 fi
@@ -50,6 +51,10 @@ eval "$cc -std=c11 '$examples/program.c' $(pkg-config --static --cflags --libs n
 mv "$work/aside" "$prefix/$libdir/libnpxlate.so"
 check_output "$expected/program.c.txt" env -u LD_LIBRARY_PATH "$work/program_static"
 check_output "$expected/program.py.txt" python3 "$prefix/share/doc/npxlate/examples/program.py"
+if [ -n "$(python_files "$build")" ]; then
+    [ "$(PYTHONPATH=$prefix/lib/python3/dist-packages python3 -B -c 'import npxlate; print(npxlate.__version__)')" = 1.0.0 ] ||
+        fail "The installed Python package gives another version."
+fi
 unset LD_LIBRARY_PATH
 
 if [ "$with_tool" = ON ]; then

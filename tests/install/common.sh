@@ -33,20 +33,26 @@ library_files() { # LIBDIR
     printf '%s\n' "$1/libnpxlate.so.1" "$1/libnpxlate.so.1.0.0"
 }
 
-development_files() { # LIBDIR, BUILD_TYPE in lower case
+development_files() { # LIBDIR, BUILD_TYPE in lower case, WITH_TOOL
     local header
     for header in "$sources"/include/npxlate/*.h; do
         echo "include/npxlate/${header##*/}"
     done
     printf '%s\n' "$1/libnpxlate.so" "$1/libnpxlate.a" "$1/pkgconfig/npxlate.pc" share/man/man3/npxlate.3 \
         "$1"/cmake/npxlate/npxlate-{config,config-version,targets,targets-"$2"}.cmake
+    if [ "$3" = ON ]; then
+        echo share/npxlate/vectors-1.jsonl
+    fi
 }
 
-documentation_files() { # WITH_TOOL
-    printf '%s\n' share/doc/npxlate/{contract,debugging,surprises}.md \
+documentation_files() { # WITH_TOOL, BUILD
+    printf '%s\n' share/doc/npxlate/{contract,debugging,surprises,vectors}.md \
         share/doc/npxlate/examples/{entries.jsonl,program.c,program.cpp,program.py}
     if [ "$1" = ON ]; then
         echo share/doc/npxlate/npxlate-atlas.html
+    fi
+    if [ -n "$(python_files "$2")" ]; then
+        echo share/doc/npxlate/examples/session.py
     fi
     if [ -e "$sources/LICENSE" ]; then
         echo share/doc/npxlate/LICENSE
@@ -57,6 +63,13 @@ tool_files() {
     printf '%s\n' bin/npxlate share/man/man1/npxlate.1 \
         share/bash-completion/completions/npxlate \
         share/zsh/site-functions/_npxlate
+}
+
+python_files() { # BUILD; nothing if it has no Python package
+    if [ -d "$1/python/npxlate" ]; then
+        printf 'lib/python3/dist-packages/npxlate/%s\n' \
+            {__init__,_data,_error,_library,_tool,_translator}.py _loop.so py.typed
+    fi
 }
 
 # What every Debian package of that name has besides.

@@ -17,6 +17,8 @@ void add_commands(CLI::App& app) {
     add_registers(app);
     add_atlas(app);
     add_names(app);
+    add_vectors(app);
+    add_verify(app);
 }
 
 }  // namespace tool

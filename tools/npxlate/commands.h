@@ -22,6 +22,8 @@ void add_tables(CLI::App& app);
 void add_registers(CLI::App& app);
 void add_atlas(CLI::App& app);
 void add_names(CLI::App& app);
+void add_vectors(CLI::App& app);
+void add_verify(CLI::App& app);
 
 // All of them, in the order of the help.
 void add_commands(CLI::App& app);

@@ -11,6 +11,7 @@
 #include "catalogue/catalogue.h"
 #include "npxlate/commands.h"
 #include "npxlate/output.h"
+#include "npxlate/translation.h"
 
 namespace tool {
 namespace {
@@ -26,6 +27,17 @@ std::string numbers(const Lengths& lengths) {
     return lengths.fixed() ? fmt::format("{}", lengths.most) : fmt::format("{}-{}", lengths.least, lengths.most);
 }
 
+// How the function is to be called.
+std::string_view call_of(const Translator& translator) {
+    if (translator.forward != nullptr) {
+        return "forward";
+    }
+    if (translator.reverse_by_type != nullptr) {
+        return "reverse_by_type";
+    }
+    return translator.reverse_by_key != nullptr ? "reverse_by_key" : "reverse";
+}
+
 Json to_json(const Lengths& lengths) { return {{"least", lengths.least}, {"most", lengths.most}}; }
 
 Json to_json(const Translator& translator) {
@@ -35,12 +47,19 @@ Json to_json(const Translator& translator) {
             traits.push_back(catalogue::to_string(trait));
         }
     }
+    Json takes = Json::array();
+    for (const Lengths& lengths : accepted_lengths(translator)) {
+        takes.push_back(to_json(lengths));
+    }
     return {{"name", translator.name},
             {"title", catalogue::title(translator)},
+            {"role", catalogue::to_string(translator.role)},
+            {"call", call_of(translator)},
             {"family", translator.family},
             {"logical", to_json(translator.logical)},
             {"physical", to_json(translator.physical)},
-            {"traits", traits}};
+            {"takes", std::move(takes)},
+            {"traits", std::move(traits)}};
 }
 
 Json as_json() {
@@ -55,12 +74,22 @@ Json as_json() {
     Json named = Json::array();
     for (const Translator& translator : catalogue::translators()) {
         if (catalogue::tables_of(translator).empty()) {
-            Json entry = to_json(translator);
-            entry["role"] = catalogue::to_string(translator.role);
-            named.push_back(std::move(entry));
+            named.push_back(to_json(translator));
         }
     }
-    return {{"tables", std::move(tables)}, {"by_name", std::move(named)}};
+    Json statuses = Json::array();
+    for (const std::int32_t status : {NPXLATE_OK, NPXLATE_INVALID, NPXLATE_OUT_OF_RANGE, NPXLATE_NOT_SUPPORTED}) {
+        statuses.push_back(
+            {{"status", status}, {"name", status_name(status)}, {"meaning", catalogue::status_words(status)}});
+    }
+    Json traits = Json::array();
+    for (const Trait trait : catalogue::all_traits) {
+        traits.push_back({{"trait", catalogue::to_string(trait)}, {"meaning", catalogue::words(trait)}});
+    }
+    return {{"tables", std::move(tables)},
+            {"by_name", std::move(named)},
+            {"statuses", std::move(statuses)},
+            {"traits", std::move(traits)}};
 }
 
 std::string row(std::string_view table, const Translator& translator) {

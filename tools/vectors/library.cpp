@@ -1,0 +1,109 @@
+#include "vectors/library.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace vectors {
+namespace {
+
+constexpr std::uint32_t not_stored = std::numeric_limits<std::uint32_t>::max();
+
+// A buffer between bytes that nobody may write.
+class Guarded {
+public:
+    explicit Guarded(const Bytes& content) : size_{content.size()}, memory_(size_ + 2 * margin, guard) {
+        std::ranges::copy(content, data());
+    }
+    std::uint8_t* data() { return memory_.data() + margin; }
+    Bytes content() const {
+        const auto first = memory_.begin() + margin;
+        return {first, first + static_cast<std::ptrdiff_t>(size_)};
+    }
+    bool intact() const {
+        const auto is_guard = [](std::uint8_t byte) { return byte == guard; };
+        return std::all_of(memory_.begin(), memory_.begin() + margin, is_guard) &&
+               std::all_of(memory_.end() - margin, memory_.end(), is_guard);
+    }
+
+private:
+    static constexpr std::ptrdiff_t margin = 256;
+    static constexpr std::uint8_t guard = 0xc3;
+    std::size_t size_;
+    Bytes memory_;
+};
+
+template <typename Function>
+auto plain(Function* function) {
+    return reinterpret_cast<void (*)()>(function);
+}
+
+}  // namespace
+
+Library::Library() : tx_adj_key_max_{&TX_ADJ_KEY_MAX} {}
+
+Library::Library(const std::string& path)
+    // In a namespace of its own: otherwise its calls of its own translators would come to those of this program.
+    : handle_{::dlmopen(LM_ID_NEWLM, path.find('/') == std::string::npos ? ("./" + path).c_str() : path.c_str(),
+                        RTLD_NOW)} {
+    if (handle_ == nullptr) {
+        throw LoadError{::dlerror()};
+    }
+    tx_adj_key_max_ = static_cast<std::uint16_t*>(::dlsym(handle_, "TX_ADJ_KEY_MAX"));
+}
+
+Library::~Library() {
+    if (handle_ != nullptr) {
+        ::dlclose(handle_);
+    }
+}
+
+Library::Function Library::function(const Translator& translator) const {
+    if (handle_ != nullptr) {
+        return reinterpret_cast<Function>(::dlsym(handle_, std::string{translator.name}.c_str()));
+    }
+    if (translator.forward != nullptr) {
+        return plain(translator.forward);
+    }
+    if (translator.reverse_by_type != nullptr) {
+        return plain(translator.reverse_by_type);
+    }
+    return translator.reverse_by_key != nullptr ? plain(translator.reverse_by_key) : plain(translator.reverse);
+}
+
+Done Library::run(const Translator& translator, const Call& call) const {
+    const Function function = this->function(translator);
+    Guarded in{call.in};
+    Guarded out{call.out_before};
+    std::uint32_t length = not_stored;
+    const std::uint16_t initial = tx_adj_key_max_ != nullptr ? *tx_adj_key_max_ : std::uint16_t{0};
+    if (call.tx_adj_key_max && tx_adj_key_max_ != nullptr) {
+        *tx_adj_key_max_ = *call.tx_adj_key_max;
+    }
+    Done done;
+    std::int32_t& status = done.outcome.status;
+    if (translator.forward != nullptr) {
+        status = reinterpret_cast<npxlate_result_fn*>(function)(in.data(), call.length, out.data(), &length);
+    } else if (translator.reverse_by_type != nullptr) {
+        status =
+            reinterpret_cast<npxlate_reverse_by_type_fn*>(function)(in.data(), call.length, out.data(), &call.type);
+    } else if (translator.reverse_by_key != nullptr) {
+        status =
+            reinterpret_cast<npxlate_reverse_by_key_fn*>(function)(in.data(), call.length, out.data(), call.key.data());
+    } else {
+        status = reinterpret_cast<npxlate_reverse_fn*>(function)(in.data(), call.length, out.data());
+    }
+    if (tx_adj_key_max_ != nullptr) {
+        *tx_adj_key_max_ = initial;
+    }
+    if (length != not_stored) {
+        done.outcome.length = length;
+    }
+    done.outcome.out = out.content();
+    done.outcome.in = in.content();
+    done.wrote_outside = !in.intact() || !out.intact();
+    return done;
+}
+
+}  // namespace vectors
