@@ -152,9 +152,11 @@ def check(call, forms):
     """Executes the call and compares it with the forms, for all records at once."""
     d = call.d
     check_partition(call, forms)
+    out_letter = call.translator.sides[1]
     for form in forms:
-        if len(form.out) > 8 * call.outgoing.size:
-            raise Counterexample([f"{form.name} writes more than the {call.outgoing.size} bytes of the record"])
+        for bit in range(8 * call.outgoing.size, len(form.out)):
+            if form.out[bit] != d.variable(f"{out_letter}{bit // 8}.{bit % 8}"):
+                raise Counterexample([f"{form.name} writes more than the {call.outgoing.size} bytes of the record"])
     try:
         call.run()
     except Refuted as refuted:

@@ -10,7 +10,7 @@ from typing import NamedTuple
 import claim
 import vectors
 from claim import Call, Counterexample, LengthMatters
-from diagrams import TooLarge
+from diagrams import Diagrams, TooLarge
 from forms import Form, Tool
 from image import Image
 from machine import Beyond
@@ -103,7 +103,7 @@ class Prover:
     def _prove_null(self, translator, sizes):
         """A translator that asks for null pointers does nothing when it gets one."""
         for register in ("rdi", "rdx", "rcx"):
-            d = claim.Diagrams()
+            d = Diagrams()
             call = Call(self.image, translator, d, sizes, null=register)
             self._check(call, [Form("null pointer", 1, 0, None, [], {})])
 
@@ -120,6 +120,7 @@ def _start(library, tool_path, greatest_length, translators):
 
 
 def _prove(name):
+    """In a process of its own."""
     started = time.monotonic()
     _prover.executed = set()
     outcome = _prover.prove(_translators[name])
