@@ -19,8 +19,7 @@ SIZES_BY_LENGTH = {
     "ipv6_leaf_fastip_xlate_key": lambda n: (max(n, 0), max(n, 0)),
     "ipv6_ll_xlate_hash_key": lambda n: (n if n >= 4 else 0, 20),
 }
-NEGATIVE_LENGTH_IS_AN_ERROR = {name for name in SIZES_BY_LENGTH if name.startswith("generic_xlate")} | {
-    "generic_fast_ip_xlate_key"}
+NEGATIVE_LENGTH_IS_AN_ERROR = {name for name in SIZES_BY_LENGTH if name.startswith("generic_")}
 UNBOUNDED = {"ipv4_leaf_fastip_xlate_key", "ipv6_leaf_fastip_xlate_key", "ipv6_ll_xlate_hash_key"}
 
 
@@ -35,7 +34,7 @@ class Counterexample(Exception):
 class Call:
     """A translator called with records of which nothing is known."""
 
-    def __init__(self, image, translator, d, sizes, length=None, condition=1, null=None):
+    def __init__(self, image, translator, d, sizes, length=None, condition=1, null=None, low_bits=None):
         self.d = d
         self.image = image
         self.translator = translator
@@ -45,6 +44,7 @@ class Call:
 
         in_letter, out_letter = translator.sides
         writable = "changes_input" in translator.traits
+        self.low_bits = low_bits or {}  # of the addresses of records, by their names, where these matter
         self.incoming = self._record(in_letter, sizes[0], writable)
         self.outgoing = self._record(out_letter, sizes[1], True)
         self.length_word = Region("the length", 4, lambda i: self._bits("length before", i), writable=True,
@@ -76,7 +76,9 @@ class Call:
 
     def _record(self, letter, size, writable):
         name = "the logical record" if letter == "L" else "the physical record"
-        return Region(name, size, lambda i: self._byte(letter, i), writable=writable)
+        region = Region(name, size, lambda i: self._byte(letter, i), writable=writable)
+        region.low_bits = self.low_bits.get(name)
+        return region
 
     def run(self):
         """Executes it. Afterwards the outcome is to be had."""
@@ -201,6 +203,8 @@ def explain_input(call, values):
         length = call.length if call.length is not None else vectors.number(
             tuple(call.d.value(bit, values) for bit in length_bits(call.d)))
         lines.append(f"the length argument {vectors.signed(length, 32)}")
+    for name, bits in call.low_bits.items():
+        lines.append(f"the address of {name} is {vectors.number(bits)} above a multiple of {1 << len(bits)}")
     return lines
 
 

@@ -48,6 +48,15 @@ class Beyond(Exception):
     """What has no meaning here: nothing is claimed."""
 
 
+class AddressMatters(Exception):
+    """What the code does depends on the lowest bits of the address where a region begins."""
+
+    def __init__(self, region, low_bits):
+        super().__init__(region, low_bits)
+        self.region = region
+        self.low_bits = low_bits
+
+
 class Region:
     """A piece of memory that is apart from all others."""
 
@@ -57,7 +66,8 @@ class Region:
         self.initial = initial  # of the number of a byte its eight bits
         self.writable = writable
         self.readable = readable
-        self.alignment = alignment
+        self.alignment = alignment  # what its address is a multiple of
+        self.low_bits = None  # of its address, where they are given
 
     def __repr__(self):
         return self.name
@@ -188,8 +198,14 @@ class State:
 
     def aligned(self, pointer, low_bits):
         """The address with its low bits cleared."""
-        offset = pointer.offset[:low_bits]
-        excess = vectors.add(self.d, self.machine.low_bits(pointer.region, low_bits), offset)[0]
+        region, offset = pointer
+        if region.alignment % (1 << low_bits) == 0:
+            start = (0,) * low_bits
+        elif region.low_bits and len(region.low_bits) >= low_bits:
+            start = region.low_bits[:low_bits]
+        else:
+            raise AddressMatters(region, low_bits)
+        excess = vectors.add(self.d, start, offset[:low_bits])[0]
         return self.plus(pointer, vectors.negative(self.d, vectors.extended(excess, 64)))
 
     def accesses(self, address, size, write):
@@ -355,12 +371,6 @@ class Machine:
         if byte is None:
             byte = self._initial[key] = region.initial(place) if region.initial else self.unknown(8)
         return byte
-
-    def low_bits(self, region, number):
-        """The lowest bits of the address where the region begins, which may be any as far as it need not be aligned."""
-        aligned = region.alignment.bit_length() - 1
-        return (0,) * min(number, aligned) + tuple(
-            self.d.variable(f"bit {bit} of the address of {region}") for bit in range(aligned, number))
 
     def values(self, bits, condition):
         self.observe(*bits)

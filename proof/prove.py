@@ -13,7 +13,7 @@ from claim import Call, Counterexample, LengthMatters
 from diagrams import Diagrams, TooLarge
 from forms import Form, Tool
 from image import Image
-from machine import Beyond
+from machine import AddressMatters, Beyond
 
 PROVED, REFUTED, RESISTS = "proved", "refuted", "resists"
 
@@ -30,6 +30,7 @@ class Prover:
         self.tool = tool
         self.lengths = range(-1, greatest_length + 1)
         self.executed = set()  # the addresses of all instructions that some call reached
+        self.compared_with_null = set()  # what the code asked whether it is null
 
     def prove(self, translator):
         if translator.name not in self.image.functions:
@@ -44,9 +45,19 @@ class Prover:
         except TooLarge as too_large:
             return Outcome(RESISTS, str(too_large) or "a function of too many bits")
 
-    def _check(self, call, forms):
-        claim.check(call, forms)
+    def _check(self, forms, *arguments, observe=None, low_bits=None, **more):
+        """Checks a call; where its outcome depends on how the records lie, for each of the ways they may."""
+        call = Call(self.image, *arguments, low_bits=low_bits, **more)
+        if observe:
+            call.machine.observe = observe
+        try:
+            claim.check(call, forms)
+        except AddressMatters as matters:
+            for start in range(1 << matters.low_bits):
+                bits = (low_bits or {}) | {matters.region.name: vectors.constant(start, matters.low_bits)}
+                self._check(forms, *arguments, observe=observe, low_bits=bits, **more)
         self.executed |= call.machine.executed
+        self.compared_with_null |= {region.name for region in call.machine.compared_with_null}
 
     def _prove(self, translator):
         """What was proved, in words."""
@@ -58,12 +69,10 @@ class Prover:
                 pass
         sizes = of_length or (lambda _: tuple(map(translator.greatest, translator.sides)))
         least = 0 if translator.name in claim.NEGATIVE_LENGTH_IS_AN_ERROR else self.lengths.start
-        compared_with_null = set()
+        self.compared_with_null = set()
         for length in range(least, self.lengths.stop):
             d, forms = self.tool.forms(translator, length)
-            call = Call(self.image, translator, d, sizes(length), length)
-            self._check(call, forms)
-            compared_with_null |= {region.name for region in call.machine.compared_with_null}
+            self._check(forms, translator, d, sizes(length), length)
         words = f"lengths {least} to {self.lengths.stop - 1}"
         if translator.name not in claim.UNBOUNDED:
             self._prove_for_all_lengths(translator, sizes, self.lengths.stop, 0)
@@ -71,22 +80,20 @@ class Prover:
             if least < 0:
                 self._prove_for_all_lengths(translator, sizes, least - 1, 1)
                 words = "every length"
-        if compared_with_null:
+        if self.compared_with_null:
             self._prove_null(translator, sizes(0))
             words += ", null pointers"
         return words
 
     def _prove_without_length(self, translator):
         d, forms = self.tool.forms(translator)
-        call = Call(self.image, translator, d, tuple(map(translator.greatest, translator.sides)))
         names = {f"length.{bit}" for bit in range(32)}
 
         def observe(*functions):
             if not names.isdisjoint(d.bits_of(*functions)):
                 raise LengthMatters
 
-        call.machine.observe = observe
-        self._check(call, forms)
+        self._check(forms, translator, d, tuple(map(translator.greatest, translator.sides)), observe=observe)
         return f"{len(forms)} form{'s' if len(forms) > 1 else ''}"
 
     def _prove_for_all_lengths(self, translator, sizes, end, below):
@@ -98,14 +105,12 @@ class Prover:
         beyond = distance[-1] ^ 1  # at least `end`
         if below:
             beyond = d.either(distance[-1], vectors.is_zero(d, distance))
-        self._check(Call(self.image, translator, d, sizes(end), condition=beyond), forms)
+        self._check(forms, translator, d, sizes(end), condition=beyond)
 
     def _prove_null(self, translator, sizes):
         """A translator that asks for null pointers does nothing when it gets one."""
         for register in ("rdi", "rdx", "rcx"):
-            d = Diagrams()
-            call = Call(self.image, translator, d, sizes, null=register)
-            self._check(call, [Form("null pointer", 1, 0, None, [], {})])
+            self._check([Form("a null pointer", 1, 0, None, [], {})], translator, Diagrams(), sizes, null=register)
 
 
 _prover = None
