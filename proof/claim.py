@@ -200,9 +200,9 @@ def explain_input(call, values):
     if "M" in touched:
         lines.append(f"{call.setting} {number_of(call.setting):#x}")
     if call.length is not None or "length" in touched:
-        length = call.length if call.length is not None else vectors.number(
-            tuple(call.d.value(bit, values) for bit in length_bits(call.d)))
-        lines.append(f"the length argument {vectors.signed(length, 32)}")
+        length = call.length if call.length is not None else vectors.signed(vectors.number(
+            tuple(call.d.value(bit, values) for bit in length_bits(call.d))), 32)
+        lines.append(f"the length argument {length}")
     for name, bits in call.low_bits.items():
         lines.append(f"the address of {name} is {vectors.number(bits)} above a multiple of {1 << len(bits)}")
     return lines

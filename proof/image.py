@@ -51,14 +51,21 @@ def _instruction(insn):
                        " ".join(p for p in prefix if p not in ("bnd", "notrack")))
 
 
+_decoder = capstone.Cs(capstone.CS_ARCH_X86, capstone.CS_MODE_64)
+_decoder.detail = True
+
+
+def decode(code, address):
+    """The instructions of that code, as far as it is code."""
+    return map(_instruction, _decoder.disasm(bytes(code), address))
+
+
 class Image:
     """Code, constants and symbols by address, which is the distance from where the loader maps the file."""
 
     def __init__(self, path):
         self.path = path
         self._instructions = {}
-        self._decoder = capstone.Cs(capstone.CS_ARCH_X86, capstone.CS_MODE_64)
-        self._decoder.detail = True
         with open(path, "rb") as file:
             elf = ELFFile(file)
             if elf.header.e_machine != "EM_X86_64" or elf.header.e_type != "ET_DYN":
@@ -117,9 +124,16 @@ class Image:
         """The instruction there, or None where there is none."""
         found = self._instructions.get(address)
         if found is None and any(address in span for span in self._code):
-            decoded = next(self._decoder.disasm(bytes(self._bytes[address : address + 15]), address, 1), None)
-            found = self._instructions[address] = decoded and _instruction(decoded)
+            found = self._instructions[address] = next(decode(self._bytes[address : address + 15], address), None)
         return found
+
+    def all_instructions(self):
+        """All code, one instruction behind the other."""
+        for span in self._code:
+            address = span.start
+            while address in span and (insn := self.instruction(address)):
+                yield insn
+                address += insn.size
 
     def object_at(self, address):
         """The data symbol that holds the address, as (start, stop, name), or None."""

@@ -5,7 +5,7 @@
 """
 
 import vectors
-from machine import MIXED, VECTOR, Beyond, Pointer, bits
+from machine import GENERAL, MIXED, VECTOR, Beyond, Pointer, bits
 from vectors import add, constant, extended, inverted, is_zero, number
 
 MEANINGS = {}
@@ -26,6 +26,8 @@ def address(s, operand):
         raise Beyond("an address in a segment")
     if operand.base == "rip":
         return s.machine.image_address(s.pc + operand.displacement)
+    if any(register not in GENERAL for register in (operand.base, operand.index) if register):
+        raise Beyond("an address of 32 bits")
     value = constant(operand.displacement, 64)
     if operand.base:
         value = s.plus(s.registers[operand.base], value)
@@ -336,7 +338,8 @@ def shift(move, last_out):
         if isinstance(count, int):
             if count:
                 set_flags(s, move(value, count), last_out(value, count) if count <= len(value) else None)
-                write(s, to, move(value, count))
+                value = move(value, count)
+            write(s, to, value)  # also if it is as it was: half of a register clears the other half
             return
         for position, bit in enumerate(count):
             value = vectors.choose(s.d, bit, move(value, 1 << position), value)
@@ -375,14 +378,14 @@ def double_shift(s, insn):
     write(s, to, result)
 
 
-@meaning("bt", "bts", "btr", "btc")
+@meaning("bt", "bts", "btr")
 def bit_test(s, insn):
     to, which = insn.operands
     if which.immediate is None or not to.register:
         raise Beyond("a test of an undetermined bit")
     value, position = bits(read(s, to)), which.immediate % (8 * to.size)
     bit = value[position]
-    changed = {"bt": bit, "bts": 1, "btr": 0, "btc": bit ^ 1}[insn.mnemonic]
+    changed = {"bt": bit, "bts": 1, "btr": 0}[insn.mnemonic]
     write(s, to, value[:position] + (changed,) + value[position + 1 :])
     s.flags = dict.fromkeys("so") | {"c": bit, "z": s.flags["z"]}
 
@@ -390,26 +393,26 @@ def bit_test(s, insn):
 # Vectors
 
 
-@meaning("movq", "movd")
+@meaning("movq")
 def movq(s, insn):
     to, source = insn.operands
-    size = 8 if insn.mnemonic == "movq" else 4
-    value = read(s, source, size)
-    if to.register in VECTOR:
-        value = extended(bits(value), 128)
-    write(s, to, value)
+    value = read(s, source, 8)
+    write(s, to, extended(bits(value), 128) if to.register in VECTOR else value)
 
 
-@meaning("movhps", "movlps")
-def move_half(s, insn):
+@meaning("movhps")
+def movhps(s, insn):
     to, source = insn.operands
-    high = insn.mnemonic == "movhps"
     if to.register:
-        whole, half = bits(read(s, to)), bits(read(s, source, 8))
-        write(s, to, whole[:64] + half if high else half + whole[64:])
+        write(s, to, bits(read(s, to))[:64] + bits(read(s, source, 8)))
     else:
-        whole = bits(read(s, source))
-        write(s, to, whole[64:] if high else whole[:64])
+        write(s, to, bits(read(s, source))[64:])
+
+
+def vector_source(s, operand):
+    if not operand.register:
+        s.require_alignment(address(s, operand), 16)
+    return bits(read(s, operand, 16))
 
 
 def vector_logical(operation):
@@ -418,26 +421,17 @@ def vector_logical(operation):
         if same_register(insn) and operation is vectors.differ:
             write(s, to, (0,) * 128)
             return
-        if not source.register:
-            s.require_alignment(address(s, source), 16)
-        write(s, to, operation(s.d, bits(read(s, to)), bits(read(s, source, 16))))
+        write(s, to, operation(s.d, bits(read(s, to)), vector_source(s, source)))
     return apply
 
 
-for names, operation in (("pxor xorps xorpd", vectors.differ), ("por orps orpd", vectors.either),
-                         ("pand andps andpd", vectors.both),
-                         ("pandn andnps andnpd", lambda d, a, b: vectors.both(d, inverted(a), b))):
+for names, operation in (("pxor xorps", vectors.differ), ("por orps", vectors.either), ("pand andps", vectors.both),
+                         ("pandn andnps", lambda d, a, b: vectors.both(d, inverted(a), b))):
     MEANINGS.update(dict.fromkeys(names.split(), vector_logical(operation)))
 
 
 def lanes(value, width):
     return [value[first : first + width] for first in range(0, len(value), width)]
-
-
-def vector_source(s, operand):
-    if not operand.register:
-        s.require_alignment(address(s, operand), 16)
-    return bits(read(s, operand, 16))
 
 
 def interleave(width, high):

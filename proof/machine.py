@@ -170,12 +170,12 @@ class State:
     def set_register(self, name, value):
         whole, first, width = REGISTERS[name]
         if width == 32:
-            value += (0,) * 32
+            value = bits(value) + (0,) * 32
         elif width < 32:
             before = self.registers[whole]
             if type(before) is not tuple:
                 before = self.machine.unknown(64)
-            value = before[:first] + value + before[first + width :]
+            value = before[:first] + bits(value) + before[first + width :]
         self.registers[whole] = value
 
     def flag(self, name):
@@ -223,7 +223,7 @@ class State:
             if not (region.writable if write else region.readable):
                 raise Refuted(f"{what}{place} of {region}, which is not to be {'written' if write else 'read'}",
                               condition)
-            if region is self.machine.stack and place < number(self.registers["rsp"].offset) - 128:
+            if region is self.machine.stack and place < self.stack_pointer() - 128:
                 raise Refuted(f"{what}{place - self.machine.stack_top} of the stack, below its red zone", condition)
         return region, places
 
@@ -278,6 +278,14 @@ class State:
                 if len(places) > 1:
                     byte = vectors.choose(self.d, condition, bits(byte), bits(self.byte(region, place + i)))
                 memory[place + i] = byte
+
+    def stack_pointer(self):
+        """How far it is above the lowest byte of the stack."""
+        pointer = self.registers["rsp"]
+        offset = number(pointer.offset) if isinstance(pointer, Pointer) and pointer.region is self.machine.stack else None
+        if offset is None:
+            raise Beyond("a stack pointer that is not determined")
+        return offset
 
     def push(self, value):
         self.registers["rsp"] = self.plus(self.registers["rsp"], constant(-8, 64))
@@ -470,6 +478,9 @@ class Machine:
         insn = self.image.instruction(state.pc)
         if insn is None:
             raise Refuted(f"goes to {state.pc:#x}, where there is no code", state.condition)
+        return self.execute(state, insn)
+
+    def execute(self, state, insn):
         meaning = self.instructions.get(insn.mnemonic)
         if meaning is None or insn.prefix:
             raise Beyond(f"the instruction {insn.text}")
@@ -512,7 +523,7 @@ class Machine:
 
     def call(self, state, target):
         state.push(Pointer(self.image_region, constant(state.pc, 64)))
-        if number(state.registers["rsp"].offset) % 16 != 8:
+        if state.stack_pointer() % 16 != 8:
             raise Refuted("calls a function with the stack not aligned", state.condition)
         state.frames += (Frame(state.entry, state.pc),)
         state.entry = state.pc = target
@@ -544,7 +555,7 @@ class Machine:
         destination, source, count = (state.registers[register] for register in ("rdi", "rsi", "rdx"))
         if name not in ("memset", "memcpy", "memmove"):
             raise Refuted(f"calls {name}", state.condition)
-        if number(state.registers["rsp"].offset) % 16 != 8:
+        if state.stack_pointer() % 16 != 8:
             raise Refuted(f"calls {name} with the stack not aligned", state.condition)
         size = number(bits(count))
         if size is None:

@@ -5,6 +5,7 @@ import fnmatch
 import multiprocessing
 import sys
 import time
+import traceback
 from typing import NamedTuple
 
 import claim
@@ -128,7 +129,10 @@ def _prove(name):
     """In a process of its own."""
     started = time.monotonic()
     _prover.executed = set()
-    outcome = _prover.prove(_translators[name])
+    try:
+        outcome = _prover.prove(_translators[name])
+    except Exception:  # whatever it is, it is no proof
+        outcome = Outcome(RESISTS, "the proof itself failed", traceback.format_exc().splitlines())
     return name, outcome, time.monotonic() - started, _prover.executed
 
 
