@@ -62,22 +62,22 @@ class Tool:
 
     def forms(self, translator, length=None):
         """Every form for that length argument, and the functions that they speak of."""
-        of_length = [] if length is None else ["--length", str(length)]
-        return read(self._json("layout", translator.name, *of_length)["exact"])
+        of_length = [] if length is None else [f"--length-argument={length}"]
+        return read(self._json("layout", translator.name, *of_length))
 
 
-def read(exact):
+def read(layout):
     d = Diagrams()
-    nodes = exact["nodes"]
+    nodes = layout["exact"]["nodes"]
     for name in _order(nodes):
         d.variable(name)
     functions = [0, 1]
     for bit, if_clear, if_set in nodes:
         functions.append(d.choose(d.variable(bit), functions[if_set], functions[if_clear]))
-    forms = [Form(form.get("name") or f"form {number}", functions[form["condition"]], form["status"], form["length"],
+    forms = [Form(form["form"], functions[form["condition"]], form["status"], form["length"],
                   [functions[node] for node in form["out"]],
                   {bit: functions[node] for bit, node in form["in_after"].items()})
-             for number, form in enumerate(exact["forms"], 1)]
+             for form in layout["forms"]]
     return d, forms
 
 

@@ -543,10 +543,10 @@ class Machine:
             raise Refuted("returns with another stack than it was called with", state.condition)
         for name, value in self._saved.items():
             now = state.registers[name]
-            changed = 1 if type(now) is not tuple else vectors.equal(self.d, now, value) ^ 1
-            changed = self.d.both(state.condition, changed)
-            if changed != 0:
-                raise Refuted(f"returns with {name} changed", changed)
+            for x, y in zip(now, value) if type(now) is tuple else [(0, 1)]:
+                changed = self.d.both(state.condition, self.d.differ(x, y))
+                if changed != 0:
+                    raise Refuted(f"returns with {name} changed", changed)
         state.pc = None
         return [state]
 
