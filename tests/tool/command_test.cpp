@@ -532,7 +532,7 @@ TEST(Output, IsPlainOnATerminalThatIsNoMore) {
 }
 
 TEST(Output, IsAsWideAsTheTerminal) {
-    for (const unsigned short columns : {30, 40, 60, 200}) {
+    for (const std::uint16_t columns : {std::uint16_t{30}, std::uint16_t{40}, std::uint16_t{60}, std::uint16_t{200}}) {
         const Outcome outcome =
             run({"explain", "4", zeros(30)},
                 {.out = program::Stream::terminal, .environment = {"TERM=dumb"}, .columns = columns});

@@ -82,7 +82,8 @@ Forms::Forms(const Translator& translator, std::int32_t length)
         translator.reverse_by_key != nullptr ? argument.key() : static_cast<const void*>(argument.type());
     trace::Recorder recorder{*diagrams_, is_reverse ? npxlate::Side::physical : npxlate::Side::logical, &in, &out,
                              argument_address};
-    constexpr std::uint32_t not_stored = 0xffffffff;
+    // Neither a size nor a length argument, nor next to one.
+    const std::uint32_t not_stored = static_cast<std::uint32_t>(length) ^ 0x55555555U;
     std::int32_t status = 0;
     std::uint32_t stored = not_stored;
     trace::each_way(

@@ -30,6 +30,7 @@ struct Options {
     SubjectOptions subject;
     bool all = false;
     std::optional<std::size_t> length;
+    std::optional<std::int32_t> length_argument;
     bool forms = false;
     bool json = false;
 };
@@ -281,8 +282,9 @@ void run(const Options& options) {
     if (options.length && !translator.in().allows(*options.length)) {
         check_length(translator, *options.length);
     }
-    const LayoutTable table = explain::layout_of(
-        translator, options.length ? std::optional{static_cast<std::int32_t>(*options.length)} : std::nullopt);
+    const LayoutTable table =
+        explain::layout_of(translator, options.length ? std::optional{static_cast<std::int32_t>(*options.length)}
+                                                      : options.length_argument);
     if (options.json) {
         print_json(to_json(table, naming));
     } else {
@@ -299,7 +301,11 @@ void add_layout(CLI::App& app) {
         "Example: npxlate layout 4 --role reverse");
     const auto options = std::make_shared<Options>();
     options->subject.add_to(*command, false);
-    command->add_option("--length", options->length, "For records of so many bytes, where a translator takes several");
+    CLI::Option* const length = command->add_option("--length", options->length,
+                                                    "For records of so many bytes, where a translator takes several");
+    command
+        ->add_option("--length-argument", options->length_argument, "For any length argument, also one that is refused")
+        ->excludes(length);
     command->add_flag("--all", options->all, "Every record of every table");
     command->add_flag("--forms", options->forms, "Every form by itself: what a record gets in the end");
     command->add_flag("--json", options->json, "The same as JSON");
