@@ -502,7 +502,7 @@ TEST(Batch, ShowsItsProgressInTheWidthOfTheTerminal) {
         lines += "{\"table\":121,\"key\":\"01020304\"}\n";
     }
     const File file{lines};
-    for (const unsigned short columns : {20, 30, 40, 80}) {
+    for (const std::uint16_t columns : {std::uint16_t{20}, std::uint16_t{30}, std::uint16_t{40}, std::uint16_t{80}}) {
         const std::string shown =
             run({"batch", file.path()},
                 {.err = program::Stream::terminal, .environment = {"TERM=xterm"}, .columns = columns})

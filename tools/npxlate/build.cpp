@@ -86,11 +86,7 @@ Bytes start_of(const Options& options, const Translator& translator, const names
 
 void run(const Options& options) {
     const Translator& translator = find_subject(options);
-    if (options.tx_adj_key_max.given() && translator.forward != &te_nh_adjacency_type_xlate_result) {
-        throw WrongInput{
-            fmt::format("{} does not depend on TX_ADJ_KEY_MAX: expected no --tx-adj-key-max", translator.name)};
-    }
-    options.tx_adj_key_max.apply();
+    options.tx_adj_key_max.apply({&translator});
     const Naming naming{options.names.of(translator, options.table_or_name)};
     const names::Record* const names = naming.record();
     const std::vector<names::Assignment> assignments = assignments_of(options);

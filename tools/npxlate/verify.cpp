@@ -21,6 +21,7 @@
 
 #include "explain/explain.h"
 #include "explain/positions.h"
+#include "io/chunks.h"
 #include "io/entry.h"
 #include "io/input.h"
 #include "npxlate/commands.h"
@@ -457,19 +458,13 @@ void go_on_apart(const Watched& watched, const std::string& library) {
 
 Tally verify(const std::string& file, const vectors::Library& library, Watched& watched) {
     io::InputStream input{file};
-    io::LineReader reader{input};
+    io::ChunkReader chunks{[&input](char* to, std::size_t room) { return input.read(to, room); }};
     Tally tally;
     io::BadLines bad_lines{[](const std::string& message) { report(message); }};
-    std::uint64_t number = 0;
-    std::string_view line;
-    for (auto got = reader.next(line); got != io::LineReader::Got::end; got = reader.next(line)) {
-        ++number;
+    const auto take = [&](std::uint64_t number, std::string_view line) {
         try {
-            if (got == io::LineReader::Got::too_long) {
-                throw WrongInput{fmt::format("expected a line of less than {} bytes", io::LineReader::longest_line)};
-            }
             if (line.find_first_not_of(" \t\r") == std::string_view::npos) {
-                continue;
+                return;
             }
             const std::vector<Case> cases = cases_of(line);
             bad_lines.done();
@@ -487,6 +482,15 @@ Tally verify(const std::string& file, const vectors::Library& library, Watched& 
             ++tally.unreadable;
             report(fmt::format("line {}: {}", number, error.what()));
         }
+    };
+    while (const std::shared_ptr<const io::Chunk> chunk = chunks.next()) {
+        if (chunk->too_long) {
+            bad_lines.done();
+            ++tally.unreadable;
+            report(fmt::format("line {}: expected a line of less than {} bytes", chunk->first,
+                               io::ChunkReader::longest_line));
+        }
+        io::for_each_line(*chunk, take);
     }
     bad_lines.done();
     tally.unreadable += bad_lines.count();

@@ -73,7 +73,7 @@ Library::Function Library::function(const Translator& translator) const {
 }
 
 Done Library::run(const Translator& translator, const Call& call) const {
-    const Function function = this->function(translator);
+    const Function called = function(translator);
     Guarded in{call.in};
     Guarded out{call.out_before};
     std::uint32_t length = not_stored;
@@ -84,15 +84,15 @@ Done Library::run(const Translator& translator, const Call& call) const {
     Done done;
     std::int32_t& status = done.outcome.status;
     if (translator.forward != nullptr) {
-        status = reinterpret_cast<npxlate_result_fn*>(function)(in.data(), call.length, out.data(), &length);
+        status = reinterpret_cast<npxlate_result_fn*>(called)(in.data(), call.length, out.data(), &length);
     } else if (translator.reverse_by_type != nullptr) {
         status =
-            reinterpret_cast<npxlate_reverse_by_type_fn*>(function)(in.data(), call.length, out.data(), &call.type);
+            reinterpret_cast<npxlate_reverse_by_type_fn*>(called)(in.data(), call.length, out.data(), &call.type);
     } else if (translator.reverse_by_key != nullptr) {
         status =
-            reinterpret_cast<npxlate_reverse_by_key_fn*>(function)(in.data(), call.length, out.data(), call.key.data());
+            reinterpret_cast<npxlate_reverse_by_key_fn*>(called)(in.data(), call.length, out.data(), call.key.data());
     } else {
-        status = reinterpret_cast<npxlate_reverse_fn*>(function)(in.data(), call.length, out.data());
+        status = reinterpret_cast<npxlate_reverse_fn*>(called)(in.data(), call.length, out.data());
     }
     if (tx_adj_key_max_ != nullptr) {
         *tx_adj_key_max_ = initial;
