@@ -1,14 +1,12 @@
 """What is claimed of a translator's machine code, and how it is refuted."""
 
 import vectors
-from diagrams import TooLarge
-from forms import Form
 from instructions import MEANINGS
 from machine import Beyond, Machine, Pointer, Refuted, Region
 from vectors import constant
 
-# The records' sizes where they follow the length argument, as the header has them: that of the record that goes in, and
-# that of the one that comes out. Elsewhere they are fixed. A negative length is the caller's error for the generic ones.
+# The records' sizes where they follow the length argument, as the header has them: of the record that goes in, and of
+# the one that comes out. Elsewhere they are fixed. A negative length is the caller's error for the generic ones.
 SIZES_BY_LENGTH = {
     "generic_xlate_key": lambda n: (n, n) if n <= 47 else (0, 0),
     "generic_fast_ip_xlate_key": lambda n: (n, n) if n <= 47 else (0, 0),
@@ -62,8 +60,8 @@ class Call:
             arguments["rcx"] = self.length_word
         self.state = machine.start(image.functions[translator.name], condition)
         for register, region in arguments.items():
-            absent = region is not None and register == null
-            self.state.registers[register] = constant(0, 64) if absent else Pointer(region, constant(0, 64))
+            start = constant(0, 64)
+            self.state.registers[register] = start if register == null else Pointer(region, start)
         self.state.set_register("esi", length_bits(d) if length is None else constant(length, 32))
         # The upper half of a register that holds an int may be anything.
         self.state.registers["rsi"] = self.state.registers["rsi"][:32] + machine.unknown(32)
@@ -85,19 +83,19 @@ class Call:
         self.state = self.machine.run(self.state)
 
     def bytes_after(self, region):
-        return [vectors_bits(self.state.byte(region, i)) for i in range(region.size)]
+        return [determined(self.state.byte(region, i)) for i in range(region.size)]
 
     def outcome(self):
         """Everything that the caller can see, as (what it is, its bits)."""
         letters = self.translator.sides
-        yield "status", vectors_bits(self.state.register("eax"))
+        yield "status", determined(self.state.register("eax"))
         yield "length", sum(self.bytes_after(self.length_word), ())
         for letter, region in zip(letters, (self.incoming, self.outgoing)):
             for i, byte in enumerate(self.bytes_after(region)):
                 yield f"{letter}{i}", byte
 
 
-def vectors_bits(value):
+def determined(value):
     if type(value) is not tuple:
         raise Beyond(f"{value} that the caller gets")
     return value
@@ -212,20 +210,32 @@ def explain_outcome(call, forms, values, what, bit):
     """Both outcomes for these values of bits, and the bit in which they differ."""
     d = call.d
     form = next(form for form in forms if d.value(form.condition, values))
+    in_letter, out_letter = call.translator.sides
+    by_forms, by_code = dict(expected(call, forms)), dict(call.outcome())
     lines = explain_input(call, values)
-    out_letter = call.translator.sides[1]
-    for title, outcome in (("the forms", expected(call, forms)), ("the machine code", call.outcome())):
-        found = dict(outcome)
-        status, length = (vectors.number(tuple(d.value(x, values) for x in found[name]))
-                          for name in ("status", "length"))
-        record = hexadecimal(call, [byte for name, byte in found.items() if name[0] == out_letter], values)
-        inputs = hexadecimal(call, [byte for name, byte in found.items() if name[0] == call.translator.sides[0]], values)
-        lines.append(f"{title}: status {status}, length word {length}, record {record}, input afterwards {inputs}")
-        if title == "the forms":
-            wanted = found[what][bit]
-    got = d.value(wanted ^ 1, values)
-    lines.append(f"{form.name}: bit {bit} of the {what} is {got}" if what in ("status", "length") else
-                 f"{form.name}: {what}.{bit} is {got}, and should be {describe(d, call, form, what, bit)}")
+
+    def add_line(who, outcome):
+        def record(letter):
+            return hexadecimal(call, [byte for name, byte in outcome.items() if name[0] == letter], values)
+
+        def value(name):
+            return vectors.number(tuple(d.value(bit, values) for bit in outcome[name]))
+
+        parts = [f"status {value('status')}", f"{call.outgoing} {record(out_letter)}"]
+        if call.translator.role != "reverse":
+            parts.append(f"length {value('length')}")
+        if "changes_input" in call.translator.traits:
+            parts.append(f"{call.incoming} afterwards {record(in_letter)}")
+        lines.append(f"{who}: {', '.join(parts)}")
+
+    add_line("the forms", by_forms)
+    add_line("the machine code", by_code)
+    got = d.value(by_code[what][bit], values)
+    if what in ("status", "length"):
+        lines.append(f"form '{form.name}': bit {bit} of the {what} should be {got ^ 1}, and is {got}")
+    else:
+        should = describe(d, call, form, what, bit)
+        lines.append(f"form '{form.name}': {what}.{bit} should be {should}, here {got ^ 1}, and is {got}")
     return lines
 
 

@@ -14,8 +14,8 @@ class Diagrams:
     MOST_NODES = 8_000_000
 
     def __init__(self):
-        # Node n tests the bit of level `_level[n]`: the function is `_low[n]` if that is clear, `_high[n]` if it is set.
-        # The function 2n is the node, 2n + 1 its opposite. Node 0 is the constant. `_low[n]` is always even, which
+        # Node n tests the bit of level `_level[n]`: the function is `_low[n]` if that is clear, `_high[n]` if it is
+        # set. The function 2n is the node, 2n + 1 its opposite. Node 0 is the constant. `_low[n]` is always even, which
         # leaves just one way to write a function.
         self._level = [1 << 60]
         self._low = [0]

@@ -1,7 +1,8 @@
 """The meaning of each kind of instruction that occurs, as functions of undetermined bits.
 
-`tests/proof/processor_test.py` compares them with the processor itself. Flags that no instruction of the library asks for
-(parity, adjust) are left out, and flags that the processor leaves undefined are undefined here: to ask for one is an error.
+`tests/proof/processor_test.py` compares them with the processor itself. Flags that no instruction of the library asks
+for (parity, adjust) are left out, and flags that the processor leaves undefined are undefined here: to ask for one is an
+error.
 """
 
 import vectors

@@ -1,11 +1,11 @@
 """The processor's state with undetermined contents, and the execution of code on it, all ways at once.
 
-At a branch that both ways are possible, the state is doubled, each with the condition under which it is there; where the
-ways meet again, the two are made one. So every instruction is executed about once, whatever the number of ways through.
+At a branch where both ways are possible, the state is doubled, each with the condition under which it is there; where
+the ways meet again, the two are made one. So every instruction is executed about once, however many ways there are.
 
-An address is never a number, but a place in a region: a record, the stack frame, the library's constants. Where a region
-lies is thereby left open. Every access must lie wholly within one region that permits it, under the condition of the
-state; otherwise `Refuted` is raised.
+An address is never a number, but a place in a region: a record, the stack frame, the library's constants. Where a
+region lies is thereby left open. Every access must lie wholly within one region that permits it, under the condition of
+the state; otherwise `Refuted` is raised.
 """
 
 from typing import NamedTuple
@@ -282,10 +282,11 @@ class State:
     def stack_pointer(self):
         """How far it is above the lowest byte of the stack."""
         pointer = self.registers["rsp"]
-        offset = number(pointer.offset) if isinstance(pointer, Pointer) and pointer.region is self.machine.stack else None
-        if offset is None:
-            raise Beyond("a stack pointer that is not determined")
-        return offset
+        if isinstance(pointer, Pointer) and pointer.region is self.machine.stack:
+            offset = number(pointer.offset)
+            if offset is not None:
+                return offset
+        raise Beyond("a stack pointer that is not determined")
 
     def push(self, value):
         self.registers["rsp"] = self.plus(self.registers["rsp"], constant(-8, 64))
@@ -395,7 +396,7 @@ class Machine:
         region = self.variables.get(name) or self._objects.get(name)
         if region is None:
             content = self.image.constants(start, stop - start)
-            region = Region(f"{name}, data of the library", stop - start, content and (lambda i: constant(content[i], 8)),
+            region = Region(f"{name}, data of the library", stop - start, lambda i: constant(content[i], 8),
                             readable=content is not None, alignment=start & -start)
             self._objects[name] = region
         return Pointer(region, constant(address - start, 64))

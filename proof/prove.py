@@ -151,8 +151,9 @@ def prove_library(library, tool_path, names, translators, greatest_length, proce
             print(f"[{done}/{len(names)}] {outcome.verdict} {name}: {outcome.words} ({seconds:.1f} s)", flush=True)
             for line in outcome.lines:
                 print("    " + line, flush=True)
-    print(f"{counts[PROVED]} of {len(names)} translators proved, {counts[REFUTED]} refuted, {counts[RESISTS]} beyond reach;"
-          f" {len(executed)} instructions, in {time.monotonic() - started:.0f} s")
+    real = {insn.address for insn in image.all_instructions() if insn.mnemonic != "nop"}
+    print(f"{counts[PROVED]} of {len(names)} translators proved, {counts[REFUTED]} refuted, {counts[RESISTS]} beyond"
+          f" reach; {len(executed & real)} of {len(real)} instructions executed, in {time.monotonic() - started:.0f} s")
     return counts
 
 
