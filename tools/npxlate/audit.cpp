@@ -109,24 +109,50 @@ audit::Ignored read_ignored(const Options& options) {
     return ignored;
 }
 
-// What a new program may take of the memory without the machine beginning to swap, by the limits that hold for it.
-std::size_t free_memory() {
-    std::size_t free = std::numeric_limits<std::size_t>::max();
-    std::ifstream info{"/proc/meminfo"};
-    for (std::string word; info >> word;) {
-        if (std::size_t kilobytes = 0; word == "MemAvailable:" && info >> kilobytes) {
-            free = kilobytes * 1024;
+// A number that stands in a file, behind a word if there is one.
+std::optional<std::size_t> number_in(const std::string& path, const std::string& word = "") {
+    std::ifstream file{path};
+    if (!word.empty()) {
+        std::string found;
+        while (file >> found && found != word) {
         }
     }
-    const auto number_in = [](const char* path) {
-        std::size_t number = 0;
-        std::ifstream file{path};
-        return file >> number ? std::optional{number} : std::nullopt;
-    };
-    const auto limit = number_in("/sys/fs/cgroup/memory.max");
-    const auto used = number_in("/sys/fs/cgroup/memory.current");
-    if (limit && used) {
-        free = std::min(free, *limit - std::min(*limit, *used));
+    std::size_t number = 0;
+    return file >> number ? std::optional{number} : std::nullopt;
+}
+
+// What the limits of this control group and of those that it is in leave. What the system only keeps of files counts
+// as used there, but it gives way.
+std::size_t free_in_groups() {
+    std::size_t free = std::numeric_limits<std::size_t>::max();
+    std::string group;
+    std::ifstream groups{"/proc/self/cgroup"};
+    for (std::string line; std::getline(groups, line);) {
+        if (line.starts_with("0::/")) {
+            group = line.substr(3);
+        }
+    }
+    for (bool outer = !group.empty(); outer;) {
+        group.erase(group.find_last_not_of('/') + 1);
+        outer = !group.empty();
+        const std::string folder = "/sys/fs/cgroup" + group + "/";
+        const auto limit = number_in(folder + "memory.max");
+        const auto used = number_in(folder + "memory.current");
+        if (limit && used) {
+            const std::size_t kept = number_in(folder + "memory.stat", "inactive_file").value_or(0) +
+                                     number_in(folder + "memory.stat", "active_file").value_or(0);
+            free = std::min(free, *limit - std::min(*limit, *used - std::min(*used, kept)));
+        }
+        group.erase(std::min(group.rfind('/'), group.size()));
+    }
+    return free;
+}
+
+// What a new program may take of the memory without the machine beginning to swap, by the limits that hold for it.
+std::size_t free_memory() {
+    std::size_t free = free_in_groups();
+    if (const auto kilobytes = number_in("/proc/meminfo", "MemAvailable:")) {
+        free = std::min(free, *kilobytes * 1024);
     }
     rlimit address_space{};
     if (::getrlimit(RLIMIT_AS, &address_space) == 0 && address_space.rlim_cur != RLIM_INFINITY) {
