@@ -71,23 +71,38 @@ json links_to_json(const std::vector<Link>& links) {
     return list;
 }
 
-// [kind, text, title, name, to, from, links, combines], without what is empty at the end.
-json field_to_json(const Field& field, Pool& texts) {
+// The bits of a field that are 1 although it only moves bits: beside a label.
+std::vector<Span> ones_beside(const Field& field, const Form& form) {
+    std::set<std::uint16_t> ones;
+    for (const Span& span : field.to) {
+        for (unsigned k = 0; k < span.width; ++k) {
+            const auto bit = static_cast<std::uint16_t>(span.first_bit + k);
+            if (!field.links.empty() && form.out[bit] == npxlate::trace::bit_of(true)) {
+                ones.insert(bit);
+            }
+        }
+    }
+    return explain::spans_of(ones);
+}
+
+// [kind, text, title, name, to, from, links, combines, ones], without what is empty at the end.
+json field_to_json(const Field& field, Pool& texts, const Form* form) {
     json list{static_cast<unsigned>(field.kind), texts.number_of(field.text), texts.number_of(field.title),
               texts.number_of(field.name), spans_to_json(field.to),
               // What moves comes from where the links say.
               field.kind == Kind::computed ? spans_to_json(field.from) : json::array(), links_to_json(field.links),
-              field.combines ? 1 : 0};
+              field.combines ? 1 : 0, form == nullptr ? json::array() : spans_to_json(ones_beside(field, *form))};
     while (list.back() == 0 || list.back() == json::array()) {
         list.erase(list.size() - 1);
     }
     return list;
 }
 
-json fields_to_json(const std::vector<Field>& fields, Pool& pool, Pool& texts) {
+// Those of a form, or rows by themselves.
+json fields_to_json(const std::vector<Field>& fields, Pool& pool, Pool& texts, const Form* form = nullptr) {
     json list = json::array();
     for (const Field& field : fields) {
-        list.push_back(pool.number_of(field_to_json(field, texts)));
+        list.push_back(pool.number_of(field_to_json(field, texts, form)));
     }
     return list;
 }
@@ -192,7 +207,7 @@ json form_to_json(const LayoutTable& table, const FormLayout& layout, forms::Exa
     }
     json result{{"name", form.name},
                 {"condition", exact.number(form.condition)},
-                {"fields", fields_to_json(layout.fields, fields, texts)},
+                {"fields", fields_to_json(layout.fields, fields, texts, &form)},
                 {"sections", sections},
                 {"bytes", bytes_out(table.forms->translator(), form)}};
     const auto add = [&](const char* member, json value) {

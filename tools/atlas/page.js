@@ -137,7 +137,7 @@ function sentence(side, bit) {
       said.push(inverted ? "is the inverse of " : "is moved from ", link(from, sources[0]), ".");
     } else if (sources.length > 1) {
       said.push("is ", list(from, sources), " ORed together.");
-    } else if (what.kind === "constant") {
+    } else if (what.kind !== "left_alone" && what.kind !== "cleared") {
       said.push(`is always ${what.value}.`);
     } else {
       said.push(what.kind === "left_alone" ? "is left as the caller had it." : "is 0: nothing is written there.");
@@ -323,7 +323,7 @@ function layoutList() {
   return translator.sections.map(([title, when, fields, changes], i) => {
     const gets = several && form.sections.includes(i);
     return h("table", { class: `rows layout${several && !gets ? " other" : ""}`, onmouseleave: rest },
-      h("caption", null, data.texts[title] || "By code", h("small", null, `${data.texts[when] ? `when ${data.texts[when]}` : "every record"}${gets && data.texts[when] ? " — this form gets it" : ""}`)),
+      h("caption", null, data.texts[title], data.texts[title] ? h("br", null) : "", h("small", null, data.texts[when] ? `when ${data.texts[when]}` : "every record", gets && data.texts[when] ? " — this form gets it" : "")),
       rowsHead(),
       h("tbody", null, fields.map((number) => fieldRow(translator, fieldOf(translator, number), null)), changes.map((change) => changeRow(translator, change))));
   });
@@ -418,9 +418,10 @@ function parseHex(text) {
 const hexOf = (bits) => Array.from({ length: Math.ceil(bits.length / 8) }, (_, byte) =>
   Array.from({ length: 8 }, (_, i) => (bits[8 * byte + i] ?? 0) << i).reduce((a, b) => a | b).toString(16).padStart(2, "0")).join("");
 
-function rangesText(ranges) {
-  if (ranges === null) return "one of many values";
-  return ranges.map(([least, most]) => (least === most ? `${least}` : `${least} to ${most}`)).join(", ").replace(/, ([^,]*)$/, " or $1");
+// Of a number of so many bits: "1", "0 or 65 and more".
+function rangesText(ranges, width) {
+  if (ranges === null) return "many values";
+  return ranges.map(([least, most]) => (least === most ? `${least}` : most === 2 ** width - 1 ? `${least} and more` : `${least} to ${most}`)).join(", ").replace(/, ([^,]*)$/, " or $1");
 }
 
 function parseNumber(text, most, what) {
@@ -430,6 +431,13 @@ function parseNumber(text, most, what) {
   return value;
 }
 
+// The argument that a form asks for or was given, if that matters.
+function argumentText(candidate) {
+  const { argument } = candidate.form.translator;
+  const values = argumentValues(candidate);
+  return values && `${ARGUMENT_LABELS[argument].toLowerCase()} ${rangesText(values, argument === "K" ? 8 : 32)}`;
+}
+
 // The numbers of which chosen bits are parts, as they stand side by side: the lowest bit first.
 function chosenFields(values) {
   const side = inSide(shown.translator);
@@ -437,7 +445,7 @@ function chosenFields(values) {
   const fields = spansOf(chosen).map(([first, width]) => Array.from({ length: width }, (_, k) => first + k));
   // A physical number has its highest byte first.
   const order = (bits) => (side === "P" ? [...bits].sort((a, b) => (b >> 3) - (a >> 3) || a - b) : bits);
-  return fields.map((bits) => `${bitsName(side, bits)} can be ${rangesText(chosenValues(values, order(bits)))}`);
+  return fields.map((bits) => `${bitsName(side, bits)} = ${rangesText(chosenValues(values, order(bits)), bits.length)}`);
 }
 
 // What the form that was picked says of the pasted record, in words and as bytes to copy.
@@ -446,22 +454,23 @@ function pastedFacts() {
   if (!pasted || !values) return [];
   const line = (name, text) => h("p", null, h("b", null, `${name} `), h("code", null, text));
   const facts = [];
-  const letters = (bits) => hexOf(bits);
+  const argument = pasted.can.length === 1 && argumentText(values);
+  if (argument) facts.push(h("p", null, `With ${argument}.`));
   if (pasted.side === inSide(translator)) {
     const unknown = values.out.flatMap((value, at) => (value === null && shown.bits.out[at].kind !== "left_alone" ? [at] : []));
     const left = values.out.flatMap((_, at) => (shown.bits.out[at].kind === "left_alone" ? [at] : []));
-    if (values.out.length > left.length) facts.push(line("Comes out:", letters(values.out)));
+    if (values.out.length > left.length) facts.push(line("Comes out:", hexOf(values.out)));
     if (unknown.length) facts.push(h("p", null, `Not known without ${ARGUMENTS[translator.argument] ?? "the buffer's bits"} here 0: ${bitsName(outSide(translator), unknown)}.`));
     if (left.length) facts.push(h("p", null, `Left as the caller had it${left.length < values.out.length ? ", here 0" : ""}: ${bitsName(outSide(translator), left)}.`));
     if (values.after && values.after.some((byte, i) => byte !== values.bytes[i])) {
       facts.push(line("The record that went in becomes:", values.after.map((byte) => byte.toString(16).padStart(2, "0")).join("")));
     }
   } else {
-    facts.push(line("What goes in:", letters(values.in)));
+    facts.push(line("What goes in:", hexOf(values.in)));
     const count = (fate) => values.fates.filter((one) => one === fate).length;
     facts.push(h("p", null, `${count("determined")} bits are determined by these bytes, ${count("chosen")} chosen, ${count("free")} free (x, 0 in the bytes).`));
     const fields = chosenFields(values);
-    if (fields.length) facts.push(h("p", null, `Chosen: ${fields.join("; ")}.`));
+    if (fields.length) facts.push(h("p", null, `Chosen, each by itself: ${fields.join("; ")}.`));
   }
   return facts;
 }
@@ -496,12 +505,8 @@ function drawCandidates() {
     box.replaceChildren();
     return;
   }
-  const argument = (one) => {
-    const values = argumentValues(one);
-    return values && `${ARGUMENT_LABELS[one.form.translator.argument].toLowerCase()} ${rangesText(values)}`;
-  };
   box.replaceChildren(choice("Forms that fit", pasted.can, pasted.at, (_, i) => { takeCandidate(i); byId("candidates").querySelector("[aria-checked=true]")?.focus(); },
-    (one) => [one.form.title + (one.form.translator.sets.length > 1 ? `, ${lengthText([one.form.set.least, one.form.set.most])}` : ""), [argument(one), one.form.when && `when ${one.form.when}`].filter(Boolean).join("; ")]));
+    (one) => [one.form.title + (one.form.translator.sets.length > 1 ? `, ${lengthText([one.form.set.least, one.form.set.most])}` : ""), [argumentText(one), one.form.when && `when ${one.form.when}`].filter(Boolean).join("; ")]));
 }
 
 function describePasted() {
@@ -660,6 +665,7 @@ function indexOf(translator) {
   return (translator.index = { head: `${translator.name} ${translator.title} ${translator.role} ${FAMILIES[translator.family] ?? ""}`.toLowerCase(), items, carried });
 }
 
+const ROLES = new Set(["key", "result", "reverse"]);
 const valueOfText = (text) => (/^(0x[0-9a-f]+|\d+)$/i.test(text) ? BigInt(text) : null);
 
 // What matches: null, or what of the translator it was, in words ("" if its name is enough).
@@ -667,7 +673,8 @@ function match(translator, words, position) {
   const { head, items, carried } = indexOf(translator);
   const wanted = position && Array.from({ length: position.width }, (_, k) => position.first + k);
   if (wanted && !wanted.every((bit) => carried[position.side].has(bit))) return null;
-  const left = words.filter((word) => !(head.includes(word) && !/^\d+$/.test(word)) && !(/^\d+$/.test(word) && translator.tables.includes(Number(word))));
+  if (words.some((word) => ROLES.has(word) && word !== translator.role)) return null;
+  const left = words.filter((word) => !ROLES.has(word)).filter((word) => !(head.includes(word) && !/^\d+$/.test(word)) && !(/^\d+$/.test(word) && translator.tables.includes(Number(word))));
   if (left.length) {
     const phrase = left.join(" ");
     const holds = (item) => left.every((word) => (/^0x/.test(word) && item.field?.kind === "constant" ? valueOfText(item.field.text) === valueOfText(word) || item.text.includes(word) : item.text.includes(word)));

@@ -9,9 +9,6 @@ const IN = 0, OUT = 1, ARGUMENT = 2, SETTING = 3;
 const spaceOf = (id) => id >> 12;
 const indexOf = (id) => id & 0xfff;
 
-// Two numbers of nodes make one key.
-const MOST_NODES = 2 ** 26;
-
 function inner(map, key) {
   if (!map.has(key)) map.set(key, new Map());
   return map.get(key);
@@ -31,13 +28,13 @@ class Diagrams {
   }
 
   add(bit, clear, set) {
-    const nodes = inner(this.unique, bit);
-    let node = nodes.get(clear * MOST_NODES + set);
+    const nodes = inner(inner(this.unique, bit), clear);
+    let node = nodes.get(set);
     if (node === undefined) {
       node = this.bit.push(bit) - 1;
       this.clear.push(clear);
       this.set.push(set);
-      nodes.set(clear * MOST_NODES + set, node);
+      nodes.set(set, node);
     }
     return node;
   }
@@ -76,15 +73,15 @@ class Diagrams {
     if (a < 2) return a ? b : c;
     if (b === c) return b;
     if (b === 1 && c === 0) return a;
-    const done = inner(this.done, c);
-    let node = done.get(a * MOST_NODES + b);
+    const done = inner(inner(this.done, c), b);
+    let node = done.get(a);
     if (node === undefined) {
       const top = [a, b, c].reduce((best, one) => (this.levelOf(one) < this.levelOf(best) ? one : best));
       const bit = this.bit[top];
       const at = (one, way) => (this.bit[one] === bit ? way[one] : one);
       node = this.fork(bit, this.ifThenElse(at(a, this.clear), at(b, this.clear), at(c, this.clear)),
         this.ifThenElse(at(a, this.set), at(b, this.set), at(c, this.set)));
-      done.set(a * MOST_NODES + b, node);
+      done.set(a, node);
     }
     return node;
   }
@@ -99,12 +96,13 @@ class Diagrams {
     return memo.get(node);
   }
 
-  // The function where the bits have the values that `known` gives them: 0 or 1, or null for those it does not know.
+  // The function where the bits have the values that `known` gives them: 0 or 1, or null for those it does not know. What
+  // was found stands in `known.done`, if it has one.
   where(node, known) {
     return this.rebuilt(node, (at, go) => {
       const value = known(this.bit[at]);
       return value === null ? this.fork(this.bit[at], go(this.clear[at]), go(this.set[at])) : go(value ? this.set[at] : this.clear[at]);
-    });
+    }, known.done);
   }
 
   // Whether such bits can be chosen so that the function holds.
@@ -113,6 +111,17 @@ class Diagrams {
       const [clear, set] = [go(this.clear[at]), go(this.set[at])];
       return chosen(this.bit[at]) ? this.either(clear, set) : this.fork(this.bit[at], clear, set);
     });
+  }
+
+  // Whether the function can hold where the bit has this value.
+  canHold(node, bit, value) {
+    const done = new Map();
+    const go = (at) => {
+      if (at < 2 || this.levelOf(at) > this.level.get(bit)) return at !== 0;
+      if (!done.has(at)) done.set(at, this.bit[at] === bit ? (value ? this.set : this.clear)[at] !== 0 : go(this.clear[at]) || go(this.set[at]));
+      return done.get(at);
+    };
+    return go(node);
   }
 
   dependsOn(node) {
@@ -177,7 +186,7 @@ for (const translator of data.translators) {
   for (const [least, most, set] of translator.lengths) {
     let diagrams = null;
     const slugs = new Set();
-    Object.assign(set, { least, most, diagrams: () => (diagrams ??= new Diagrams(set.nodes)) });
+    Object.assign(set, { least, most, diagrams: () => (diagrams ??= new Diagrams(set.nodes)), forget: () => { diagrams = null; } });
     for (const form of set.forms) {
       const when = form.when === undefined ? "" : data.texts[form.when];
       // The condition by itself stands beside the title wherever it is shown.
@@ -196,14 +205,14 @@ for (const translator of data.translators) {
 
 function fieldOf(translator, number) {
   if (!translator.known[number]) {
-    const [kind, text, title, name, to = [], from = [], runs = [], combines = 0] = translator.fields[number];
+    const [kind, text, title, name, to = [], from = [], runs = [], combines = 0, ones = []] = translator.fields[number];
     const links = [];
     for (let i = 0; i < runs.length; i += 4) {
       for (let k = 0; k < runs[i + 2]; ++k) links.push({ to: runs[i] + k, from: runs[i + 1] + k, inverted: runs[i + 3] === 1 });
     }
     translator.known[number] = {
       number, kind: data.kinds[kind], text: data.texts[text], title: data.texts[title], name: data.texts[name],
-      to: expand(to), links, combines: combines === 1,
+      to: expand(to), links, combines: combines === 1, ones: expand(ones),
       from: [...new Set([...expand(from), ...links.map((link) => link.from)])],
     };
   }
@@ -222,7 +231,7 @@ function bitsOf(form) {
     const nodes = field.kind === "computed" ? set.functions[form.computed[functions++]] : [];
     field.to.forEach((bit, place) => {
       out[bit] = { kind: field.kind, field, links: linksTo.get(bit) ?? [], from: field.kind === "computed" ? field.from : [], node: nodes[place],
-        value: field.kind === "constant" ? Number(BigInt(field.text) >> BigInt(place) & 1n) : 0 };
+        value: field.kind === "constant" ? Number(BigInt(field.text) >> BigInt(place) & 1n) : Number(field.ones.includes(bit)) };
     });
   }
   out.forEach((bit, at) => {
@@ -241,7 +250,7 @@ function bitsOf(form) {
 
 // The value of a named bit, null where it is not known: `inBit` says it of the record that goes in; the argument may be
 // null.
-const knownBy = (inBit, { argument, txAdjKeyMax }) => (id) => {
+const knownBy = (inBit, { argument, txAdjKeyMax }) => Object.assign((id) => {
   const index = indexOf(id);
   switch (spaceOf(id)) {
     case IN: return inBit(index);
@@ -250,7 +259,7 @@ const knownBy = (inBit, { argument, txAdjKeyMax }) => (id) => {
     case SETTING: return txAdjKeyMax >> index & 1;
     default: return null;
   }
-};
+}, { done: new Map() });
 
 const bitOf = (bytes, bit) => (bit >> 3 < bytes.length ? bytes[bit >> 3] >> (bit & 7) & 1 : null);
 
@@ -288,14 +297,18 @@ function afterOf(form, bytes, known, rest) {
 function formsOf(translator, bytes, given) {
   const set = translator.sets.find(({ least, most }) => least <= bytes.length && bytes.length <= most);
   const known = knownBy((bit) => bitOf(bytes, bit) ?? 0, given);
-  return set.forms.map((form) => ({ form, bytes, rest: set.diagrams().where(form.condition, known) }))
+  return set.forms.map((form) => ({ form, diagrams: set.diagrams(), bytes, rest: set.diagrams().where(form.condition, known) }))
     .filter(({ rest }) => rest !== 0)
+    .sort((a, b) => Number(a.form.status !== 0) - Number(b.form.status !== 0))
     .map((one) => ({ ...one, in: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)), out: outOf(one.form, known, one.rest), after: afterOf(one.form, bytes, known, one.rest), fates: null }));
 }
 
 // ---- Backwards: what must have gone in
 
-const rejects = (form) => form.status !== 0 || (form.length === null && form.translator.hidesFailures);
+// Whether the form can have been what such bytes came from: one that rejects its record, or writes nothing, can not.
+const canHaveMade = (form, bytes) => form.status === 0 && !(form.length === null && form.translator.hidesFailures)
+  && (bytes.length === form.bytes || bytes.length === form.length)
+  && (bytes.length === 0 || bitsOf(form).out.some(({ kind }) => kind !== "left_alone"));
 
 // What a form that made these bytes was given; `against` if it cannot have made them: the bits that it would make otherwise.
 function sourceOf(form, bytes, given) {
@@ -340,11 +353,11 @@ function sourceOf(form, bytes, given) {
   const asked = diagrams.dependsOn(rest);
   const way = diagrams.oneWay(rest);
   const size = 8 * form.set.most;
-  const result = { form, rest, in: new Array(size).fill(0), fates: new Array(size).fill("free"), out: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)) };
+  const result = { form, diagrams, rest, in: new Array(size).fill(0), fates: new Array(size).fill("free"), out: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)) };
   for (const [bit, value] of fixed) [result.in[bit], result.fates[bit]] = [value, "determined"];
   for (const id of asked) {
     if (spaceOf(id) !== IN) continue;
-    const can = (node) => [0, 1].filter((value) => diagrams.where(node, (one) => (one === id ? value : null)) !== 0);
+    const can = (node) => [0, 1].filter((value) => diagrams.canHold(node, id, value));
     const values = can(rest);
     result.in[indexOf(id)] = values.length === 1 ? values[0] : way.get(id) ?? 0;
     result.fates[indexOf(id)] = can(carried).length === 1 ? "determined" : "chosen";
@@ -356,7 +369,9 @@ function sourceOf(form, bytes, given) {
 // Every form that can have made these bytes, those with the fewest open bits first; if there is none, those that come
 // nearest.
 function sourcesOf(translator, bytes, given) {
-  const all = translator.sets.flatMap((set) => set.forms).filter((form) => form.bytes === bytes.length && !rejects(form))
+  // What earlier records left behind.
+  for (const set of translator.sets) set.forget();
+  const all = translator.sets.flatMap((set) => set.forms).filter((form) => canHaveMade(form, bytes))
     .map((form) => sourceOf(form, bytes, given));
   const can = all.filter((one) => !one.against).sort((a, b) => a.open - b.open);
   const distance = (one) => one.against.length + (one.condition ? 1 : 0);
@@ -365,8 +380,7 @@ function sourcesOf(translator, bytes, given) {
 }
 
 // The values of the argument with which a form is taken or made such bytes; null if they do not matter.
-function argumentValues({ form, rest }) {
-  const diagrams = form.set.diagrams();
+function argumentValues({ form, diagrams, rest }) {
   const ids = [...diagrams.dependsOn(rest)].filter((id) => spaceOf(id) === ARGUMENT);
   if (ids.length === 0) return null;
   const first = form.translator.argument === "K" ? 56 : 0;
@@ -375,7 +389,7 @@ function argumentValues({ form, rest }) {
 }
 
 // Of a form that asks for bits that were chosen: the values that a number of such bits can have, its lowest bit first.
-const chosenValues = ({ form, rest }, bits) => form.set.diagrams().valuesOf(rest, bits.map((bit) => IN << 12 | bit));
+const chosenValues = ({ diagrams, rest }, bits) => diagrams.valuesOf(rest, bits.map((bit) => IN << 12 | bit));
 
 // Whether any of the translator's functions asks for bits of such a space.
 const asksFor = (translator, space) => translator.sets.some((set) => set.nodes.some((bit, i) => i % 3 === 0 && spaceOf(bit) === space));
