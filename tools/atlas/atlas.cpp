@@ -1,7 +1,9 @@
 #include "atlas/atlas.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
+#include <string>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
@@ -18,12 +20,16 @@ using catalogue::Lengths;
 using catalogue::Trait;
 using catalogue::Translator;
 using explain::Field;
+using explain::FormLayout;
 using explain::Kind;
+using explain::LayoutTable;
 using explain::Link;
+using forms::Form;
+using forms::Forms;
 using nlohmann::json;
 using npxlate::Span;
 
-// Texts and fields recur from variant to variant: each is written once and then named by its number.
+// Texts and fields recur from form to form: each is written once and then named by its number.
 class Pool {
 public:
     std::size_t number_of(const json& item) {
@@ -65,29 +71,53 @@ json links_to_json(const std::vector<Link>& links) {
     return list;
 }
 
-// [kind, text, title, to, from, links, combines], without what is empty at the end.
-json field_to_json(const Field& field, Pool& texts) {
+// The bits of a field that are 1 although it only moves bits: beside a label.
+std::vector<Span> ones_beside(const Field& field, const Form& form) {
+    std::set<std::uint16_t> ones;
+    for (const Span& span : field.to) {
+        for (unsigned k = 0; k < span.width; ++k) {
+            const auto bit = static_cast<std::uint16_t>(span.first_bit + k);
+            if (!field.links.empty() && form.out[bit] == npxlate::trace::bit_of(true)) {
+                ones.insert(bit);
+            }
+        }
+    }
+    return explain::spans_of(ones);
+}
+
+// [kind, text, title, name, to, from, links, combines, ones], without what is empty at the end.
+json field_to_json(const Field& field, Pool& texts, const Form* form) {
     json list{static_cast<unsigned>(field.kind), texts.number_of(field.text), texts.number_of(field.title),
-              spans_to_json(field.to),
+              texts.number_of(field.name), spans_to_json(field.to),
               // What moves comes from where the links say.
               field.kind == Kind::computed ? spans_to_json(field.from) : json::array(), links_to_json(field.links),
-              field.combines ? 1 : 0};
+              field.combines ? 1 : 0, form == nullptr ? json::array() : spans_to_json(ones_beside(field, *form))};
     while (list.back() == 0 || list.back() == json::array()) {
         list.erase(list.size() - 1);
     }
     return list;
 }
 
-json fields_to_json(const std::vector<Field>& fields, Pool& pool, Pool& texts) {
+// Those of a form, or rows by themselves.
+json fields_to_json(const std::vector<Field>& fields, Pool& pool, Pool& texts, const Form* form = nullptr) {
     json list = json::array();
     for (const Field& field : fields) {
-        list.push_back(pool.number_of(field_to_json(field, texts)));
+        list.push_back(pool.number_of(field_to_json(field, texts, form)));
+    }
+    return list;
+}
+
+// [bits, text] of each.
+json changes_to_json(const std::vector<explain::InputChange>& changes, Pool& texts) {
+    json list = json::array();
+    for (const explain::InputChange& change : changes) {
+        list.push_back({spans_to_json(change.bits), texts.number_of(change.text)});
     }
     return list;
 }
 
 // The bits of the record that goes in by which the form is chosen.
-std::vector<Span> looked_at(const forms::Forms& forms, const forms::Form& form) {
+std::vector<Span> looked_at(const Forms& forms, const Form& form) {
     std::set<std::uint16_t> bits;
     for (const forms::Answer& answer : form.answers) {
         for (const forms::BitId id : forms.diagrams().depends_on(forms.questions()[answer.question].node)) {
@@ -99,66 +129,185 @@ std::vector<Span> looked_at(const forms::Forms& forms, const forms::Form& form) 
     return explain::spans_of(bits);
 }
 
-json form_to_json(const explain::LayoutTable& table, const explain::FormLayout& layout, forms::ExactNodes& exact,
-                  Pool& fields, Pool& texts) {
-    json changes = json::array();
-    for (const explain::InputChange& change : layout.input_changes) {
-        changes.push_back({spans_to_json(change.bits), texts.number_of(change.text)});
+// The nodes of the bits that fields do not give: those that are computed, each field's in the order of its places.
+std::vector<json> functions_of(const FormLayout& layout, forms::ExactNodes& exact) {
+    std::vector<json> all;
+    for (const Field& field : layout.fields) {
+        if (field.kind != Kind::computed) {
+            continue;
+        }
+        json nodes = json::array();
+        for (const Span& span : field.to) {
+            for (unsigned k = 0; k < span.width; ++k) {
+                nodes.push_back(exact.number(layout.form->out[span.first_bit + k]));
+            }
+        }
+        all.push_back(std::move(nodes));
     }
-    return {{"name", layout.form->name},
-            {"when", layout.when},
-            {"condition", exact.number(layout.form->condition)},
-            {"status", layout.form->status},
-            {"fields", fields_to_json(layout.fields, fields, texts)},
-            {"changes", std::move(changes)},
-            {"looks", spans_to_json(looked_at(*table.forms, *layout.form))}};
+    return all;
 }
 
-json notes_on(const Translator& translator) {
-    static constexpr std::pair<Trait, const char*> notes[] = {
-        {Trait::changes_input, "Writes into the record that goes in."},
-        {Trait::keeps_length, "Does not store the length of the record that comes out."},
-        {Trait::keeps_buffer, "Does not clear the whole of the record that comes out before it writes."},
-        {Trait::takes_type, "Takes the entry type as its fourth argument."},
-        {Trait::takes_key, "Takes the logical key as its fourth argument."},
-        {Trait::checks_length, "Returns 22 for a length that it does not take."},
-        {Trait::rejects_records, "Returns a status other than 0 for some records."},
-        {Trait::hides_failures, "Returns 0 even for a record that it rejects: only the length is not stored."},
-    };
+// As many bytes as the translator writes or says it wrote.
+std::size_t bytes_out(const Translator& translator, const Form& form) {
+    if (translator.out().fixed()) {
+        return translator.out().most;
+    }
+    std::size_t bytes = form.status == NPXLATE_OK ? form.length.value_or(0) : 0;
+    for (std::size_t bit = 0; bit < form.writers.size(); ++bit) {
+        bytes = form.writers[bit].empty() ? bytes : std::max(bytes, bit / 8 + 1);
+    }
+    return bytes;
+}
+
+// The numbers of sections as the page has them: what code puts one after the other for the same records is one there.
+std::vector<std::size_t> groups_of(const LayoutTable& table) {
+    std::vector<std::size_t> groups;
+    for (std::size_t i = 0; i < table.sections.size(); ++i) {
+        const bool goes_on = i > 0 && table.sections[i].by_code && table.sections[i - 1].by_code &&
+                             table.sections[i].condition == table.sections[i - 1].condition;
+        groups.push_back(i == 0 ? 0 : groups.back() + (goes_on ? 0 : 1));
+    }
+    return groups;
+}
+
+void append(json& list, const json& more) { list.insert(list.end(), more.begin(), more.end()); }
+
+// [title, when, fields, changes] of each layout, and of what code puts.
+json sections_to_json(const LayoutTable& table, Pool& fields, Pool& texts) {
+    const std::vector<std::size_t> groups = groups_of(table);
     json list = json::array();
-    for (const auto& [trait, text] : notes) {
-        if (translator.has(trait)) {
-            list.push_back(text);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        const explain::Section& section = table.sections[i];
+        if (groups[i] == list.size()) {
+            list.push_back(
+                {texts.number_of(section.title), texts.number_of(section.when), json::array(), json::array()});
         }
+        append(list.back()[2], fields_to_json(section.fields, fields, texts));
+        append(list.back()[3], changes_to_json(section.input_changes, texts));
     }
     return list;
 }
 
-json lengths_to_json(const Lengths& lengths) { return {lengths.least, lengths.most}; }
+json form_to_json(const LayoutTable& table, const FormLayout& layout, forms::ExactNodes& exact, Pool& functions,
+                  Pool& fields, Pool& texts) {
+    const Form& form = *layout.form;
+    const std::vector<std::size_t> groups = groups_of(table);
+    std::set<std::size_t> sections;
+    for (const std::size_t section : layout.sections) {
+        sections.insert(groups[section]);
+    }
+    json computed = json::array();
+    for (const json& nodes : functions_of(layout, exact)) {
+        computed.push_back(functions.number_of(nodes));
+    }
+    // The bit and its node, one after the other.
+    json after = json::array();
+    for (const auto& [bit, value] : form.in_after) {
+        after.insert(after.end(), {bit, exact.number(value)});
+    }
+    json result{{"name", form.name},
+                {"condition", exact.number(form.condition)},
+                {"fields", fields_to_json(layout.fields, fields, texts, &form)},
+                {"sections", sections},
+                {"bytes", bytes_out(table.forms->translator(), form)}};
+    const auto add = [&](const char* member, json value) {
+        if (!value.empty()) {
+            result[member] = std::move(value);
+        }
+    };
+    if (!layout.when.empty()) {
+        result["when"] = texts.number_of(layout.when);
+    }
+    if (form.status != NPXLATE_OK) {
+        result["status"] = form.status;
+    }
+    if (form.length) {
+        result["length"] = *form.length;
+    }
+    add("computed", std::move(computed));
+    add("changes", changes_to_json(layout.input_changes, texts));
+    add("after", std::move(after));
+    add("looks", spans_to_json(looked_at(*table.forms, form)));
+    return result;
+}
 
-json translator_to_json(const Translator& translator, Pool& texts) {
-    const explain::LayoutTable table = explain::layout_of(translator);
+// The forms for a length of the record that goes in.
+json forms_to_json(const LayoutTable& table, Pool& fields, Pool& texts) {
     forms::ExactNodes exact{*table.forms};
-    Pool fields;
+    Pool functions;
     json all = json::array();
-    for (const explain::FormLayout& layout : table.all) {
-        all.push_back(form_to_json(table, layout, exact, fields, texts));
+    for (const FormLayout& layout : table.all) {
+        all.push_back(form_to_json(table, layout, exact, functions, fields, texts));
     }
     // Three numbers a node: the bit, and where to go on when it is clear and when it is set.
     json nodes = json::array();
     for (const auto& [bit, if_clear, if_set] : exact.all()) {
         nodes.insert(nodes.end(), {bit, if_clear, if_set});
     }
+    return {{"nodes", std::move(nodes)}, {"functions", functions.items()}, {"forms", std::move(all)}};
+}
+
+// [least, most, forms] of lengths for which the forms are the same.
+json lengths_to_json(const Translator& translator, Pool& fields, Pool& texts) {
+    json list = json::array();
+    for (std::size_t length = translator.in().least; length <= translator.in().most; ++length) {
+        json all = forms_to_json(explain::layout_of(translator, static_cast<std::int32_t>(length)), fields, texts);
+        if (!list.empty() && list.back()[2] == all) {
+            list.back()[1] = length;
+        } else {
+            list.push_back({length, length, std::move(all)});
+        }
+    }
+    return list;
+}
+
+json notes_on(const Translator& translator) {
+    json list = json::array();
+    for (const Trait trait : catalogue::all_traits) {
+        if (translator.has(trait)) {
+            list.push_back(catalogue::words(trait));
+        }
+    }
+    return list;
+}
+
+json range_to_json(const Lengths& lengths) { return {lengths.least, lengths.most}; }
+
+json translator_to_json(const Translator& translator, Pool& texts) {
+    Pool fields;
+    json sections = sections_to_json(explain::layout_of(translator), fields, texts);
+    json lengths = lengths_to_json(translator, fields, texts);
     return {{"name", translator.name},
+            {"title", catalogue::title(translator)},
             {"role", to_string(translator.role)},
             {"family", translator.family},
             {"tables", tables_of(translator)},
-            {"logical", lengths_to_json(translator.logical)},
-            {"physical", lengths_to_json(translator.physical)},
+            {"logical", range_to_json(translator.logical)},
+            {"physical", range_to_json(translator.physical)},
+            {"argument", translator.has(Trait::takes_type)  ? json("T")
+                         : translator.has(Trait::takes_key) ? json("K")
+                                                            : json(nullptr)},
+            {"hidesFailures", translator.has(Trait::hides_failures)},
             {"notes", notes_on(translator)},
             {"fields", fields.items()},
-            {"nodes", std::move(nodes)},
-            {"forms", std::move(all)}};
+            {"sections", std::move(sections)},
+            {"lengths", std::move(lengths)}};
+}
+
+json titles_to_json() {
+    json list = json::array();
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        list.push_back(catalogue::title_of_table(table));
+    }
+    return list;
+}
+
+json statuses_to_json() {
+    json list = json::object();
+    for (const std::int32_t status : {NPXLATE_OK, NPXLATE_INVALID, NPXLATE_OUT_OF_RANGE, NPXLATE_NOT_SUPPORTED}) {
+        list[std::to_string(status)] = {catalogue::status_name(status), catalogue::status_words(status)};
+    }
+    return list;
 }
 
 json kinds_to_json() {
@@ -177,7 +326,13 @@ std::string data() {
         translators.push_back(translator_to_json(translator, texts));
     }
     const std::string text =
-        json{{"kinds", kinds_to_json()}, {"texts", texts.items()}, {"translators", std::move(translators)}}.dump();
+        json{{"kinds", kinds_to_json()},
+             {"statuses", statuses_to_json()},
+             {"titles", titles_to_json()},
+             {"txAdjKeyMax", TX_ADJ_KEY_MAX},
+             {"texts", texts.items()},
+             {"translators", std::move(translators)}}
+            .dump();
     std::string safe;
     for (const char c : text) {
         if (c == '<') {
@@ -199,6 +354,7 @@ std::string page() {
     std::string text{page_html};
     fill_in(text, "{css}", page_css);
     fill_in(text, "{data}", data());
+    fill_in(text, "{records}", page_records);
     fill_in(text, "{js}", page_js);
     return text;
 }

@@ -1,6 +1,6 @@
 "use strict";
 (() => {
-const data = JSON.parse(document.getElementById("data").textContent);
+const { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, chosenValues, expand, inSide, outSide, lengths } = records;
 const byName = new Map(data.translators.map((translator) => [translator.name, translator]));
 const byId = (id) => document.getElementById(id);
 const main = byId("main");
@@ -74,104 +74,55 @@ function parsePosition(text) {
   return { side, first: 8 * byte, width: 8 * ((last ?? byte) - byte + 1) };
 }
 
-function expand(flat) {
-  const bits = [];
-  for (let i = 0; i < flat.length; i += 2) {
-    for (let k = 0; k < flat[i + 1]; ++k) bits.push(flat[i] + k);
-  }
-  return bits;
-}
-
-// ---- From the data to bits
-
-const inSide = (translator) => (translator.role === "reverse" ? "P" : "L");
-const outSide = (translator) => (translator.role === "reverse" ? "L" : "P");
-const lengths = (translator, side) => translator[SIDES[side]];
-
-function fieldOf(translator, number) {
-  const [kind, text, title, to = [], from = [], runs = [], combines = 0] = translator.fields[number];
-  const links = [];
-  for (let i = 0; i < runs.length; i += 4) {
-    for (let k = 0; k < runs[i + 2]; ++k) links.push({ to: runs[i] + k, from: runs[i + 1] + k, inverted: runs[i + 3] === 1 });
-  }
-  return {
-    number, kind: data.kinds[kind], text: data.texts[text], title: data.texts[title], to: expand(to), links, combines: combines === 1,
-    from: [...new Set([...expand(from), ...links.map((link) => link.from)])],
-  };
-}
-
-// What becomes of every bit of both records: by default what the sections do that every record of the variant gets;
-// with sections that only some records get, all in the order in which they are placed.
-function bitsOf(translator, variant, chosen) {
-  const out = Array.from({ length: 8 * lengths(translator, outSide(translator))[1] }, () => ({ kind: "cleared", links: [], from: [], field: null, maybe: [] }));
-  const into = Array.from({ length: 8 * lengths(translator, inSide(translator))[1] }, () => ({ to: [], computes: [], steers: false, field: null, maybe: [] }));
-  const write = (number) => {
-    const field = fieldOf(translator, number);
-    const linksTo = Map.groupBy(field.links, (link) => link.to);
-    let place = 0;
-    for (const bit of field.to) {
-      if (bit >= out.length) continue;
-      const links = [...linksTo.get(bit) ?? []];
-      const value = field.kind === "constant" ? Number(BigInt(field.text) >> BigInt(place++) & 1n) : 0;
-      if (field.combines) {
-        if (field.kind === "constant" && !value) continue;
-        if (out[bit].kind !== "cleared" && field.kind !== "constant") {
-          out[bit].links.push(...links);
-          continue;
-        }
-      }
-      out[bit] = { kind: field.kind, field, links, from: field.kind === "computed" ? field.from : [], value, maybe: [] };
-    }
-  };
-  if (chosen.size === 0) {
-    variant.fields.forEach(write);
-  } else {
-    // No section speaks of what is left alone.
-    variant.fields.filter((number) => fieldOf(translator, number).kind === "left_alone").forEach(write);
-    variant.sections.forEach(([, always, fields], i) => (always || chosen.has(i)) && fields.forEach(write));
-  }
-  out.forEach((bit, at) => {
-    for (const link of bit.links) into[link.from]?.to.push({ bit: at, inverted: link.inverted });
-    for (const from of bit.links.length ? [] : bit.from) into[from]?.computes.push(at);
-    for (const from of [...bit.links.map((link) => link.from), ...bit.from]) if (into[from]) into[from].field ??= bit.field;
-  });
-  for (const bit of expand(variant.looks)) if (into[bit]) into[bit].steers = true;
-  variant.sections.forEach(([title, always, fields], i) => {
-    if (always || chosen.has(i)) return;
-    for (const field of fields.map((number) => fieldOf(translator, number))) {
-      const name = data.texts[title] || field.text;
-      for (const bit of field.to) if (out[bit] && !out[bit].maybe.includes(name)) out[bit].maybe.push(name);
-      for (const bit of field.from) if (into[bit] && !into[bit].maybe.includes(name)) into[bit].maybe.push(name);
-    }
-  });
-  for (const bit of into) {
-    bit.kind = bit.to.length ? bit.field.kind : bit.computes.length ? "computed" : bit.steers ? "steers" : "dropped";
-  }
-  return { out, into };
+// "to ← from, what happens (name)".
+function happens(field) {
+  return (field.kind === "constant" ? `constant ${field.text}` : field.text) + (field.combines ? ", ORed in" : "");
 }
 
 function fieldText(translator, field) {
   const to = bitsName(outSide(translator), field.to);
-  if (field.kind === "constant") return `${to} = ${field.text}`;
-  if (field.from.length === 0) return `${to}: ${field.text}`;
-  return `${to} ← ${bitsName(inSide(translator), field.from)}, ${field.text}`;
+  const name = field.name ? `${field.name}: ` : "";
+  if (field.kind === "constant") return `${name}${to} = ${field.text}`;
+  if (field.from.length === 0) return `${name}${to}: ${field.text}`;
+  return `${name}${to} ← ${bitsName(inSide(translator), field.from)}, ${field.text}`;
 }
 
-const slug = (name) => name.toLowerCase().replace(/[^a-z0-9]+/g, "-").replace(/^-|-$/g, "");
-const address = (translator, variant, position) =>
-  "#" + [translator.name, ...(variant || position ? [slug((variant ?? translator.variants[0]).name)] : []), ...(position ? [position] : [])].join("/");
+const address = (translator, form, position) =>
+  "#" + [translator.name, ...(form || position ? [(form ?? translator.forms[0]).slug] : []), ...(position ? [position] : [])].join("/");
 
 // ---- The page of one translator
 
-let shown = null; // { translator, variant, chosen, bits, cells: { L, P }, marked, selected, pasted }
+// What is on the page: { translator, form, bits, cells: { L, P }, marked, selected, layouts, pasted, values }. `pasted` is
+// { side, bytes, can: [...], at }: the forms that the record can be of, with what is known of both records; `values` is the
+// one of them that is drawn, if the form shown is its form.
+let shown = null;
 
 const record = (side) => (side === inSide(shown.translator) ? shown.bits.into : shown.bits.out);
+
+function partOf(field, kind) {
+  if (!field || kind === "cleared" || kind === "left_alone") return [];
+  if (field.to.length > 1 && kind !== "computed") return [`Part of ${fieldText(shown.translator, field)}.`];
+  return field.name ? [`Field: ${field.name}.`] : [];
+}
+
+const FATES = {
+  determined: "determined by the bytes that came out",
+  chosen: "chosen, as the form's condition or a value that came out allows",
+  free: "free: with either value the same bytes come out",
+};
+
+function hereIs(side, bit) {
+  const value = valueOf(side, bit);
+  if (value === null) return null;
+  const fate = side === inSide(shown.translator) ? shown.values.fates?.[bit] : null;
+  return fate ? `Here it is ${fate === "free" ? FATES.free : `${value}, ${FATES[fate]}`}.` : `Here it is ${value}.`;
+}
 
 function sentence(side, bit) {
   const { translator } = shown;
   const name = bitName(side, bit);
   const [from, to] = [inSide(translator), outSide(translator)];
-  const link = (target, at) => h("a", { href: address(translator, shown.variant, bitName(target, at)) }, h("b", null, bitName(target, at)));
+  const link = (target, at) => h("a", { href: address(translator, shown.form, bitName(target, at)) }, h("b", null, bitName(target, at)));
   const list = (target, bits) => bits.flatMap((at, i) => (i ? [i === bits.length - 1 ? " and " : ", ", link(target, at)] : [link(target, at)]));
   const said = [h("b", null, name), " "];
   const small = [];
@@ -186,14 +137,13 @@ function sentence(side, bit) {
       said.push(inverted ? "is the inverse of " : "is moved from ", link(from, sources[0]), ".");
     } else if (sources.length > 1) {
       said.push("is ", list(from, sources), " ORed together.");
-    } else if (what.kind === "constant") {
+    } else if (what.kind !== "left_alone" && what.kind !== "cleared") {
       said.push(`is always ${what.value}.`);
     } else {
       said.push(what.kind === "left_alone" ? "is left as the caller had it." : "is 0: nothing is written there.");
     }
-    if (what.field && what.field.to.length > 1 && what.kind !== "computed") small.push(`Part of ${fieldText(translator, what.field)}.`);
+    small.push(...partOf(what.field, what.kind));
     if (what.field?.title) small.push(`Layout: ${what.field.title}.`);
-    for (const title of what.maybe) small.push(`Some records of the variant get something else here: ${title}.`);
   } else {
     if (what.to.length) {
       said.push("goes to ", list(to, what.to.map((one) => one.bit)), what.to.some((one) => one.inverted) ? ", inverted." : ".");
@@ -206,13 +156,10 @@ function sentence(side, bit) {
     } else if (!what.to.length && !what.computes.length) {
       said.push("is not carried.");
     }
-    if (what.field && what.to.length && what.field.to.length > 1) small.push(`Part of ${fieldText(translator, what.field)}.`);
-    for (const title of what.maybe) small.push(`Used for some records of the variant: ${title}.`);
+    if (what.to.length || what.computes.length) small.push(...partOf(what.field, what.kind));
   }
-  if (shown.pasted) {
-    const value = valueOf(side, bit);
-    if (value !== null) small.unshift(`Here it is ${value}.`);
-  }
+  const here = hereIs(side, bit);
+  if (here) small.unshift(here);
   return [...said, " ", h("small", null, small.join(" "))];
 }
 
@@ -267,13 +214,8 @@ function focusBit(side, bit) {
 
 // What a bit holds for the record that was pasted; null where that is not known.
 function valueOf(side, bit) {
-  const { side: pastedSide, bytes } = shown.pasted;
-  const pasted = (at) => (at >> 3 < bytes.length ? bytes[at >> 3] >> (at & 7) & 1 : null);
-  if (side === pastedSide) return pasted(bit);
-  if (side === inSide(shown.translator)) return null;
-  const what = shown.bits.out[bit];
-  if (what.maybe.length || what.kind === "computed" || what.kind === "left_alone") return null;
-  return what.links.length ? Number(what.links.some((link) => pasted(link.from) ^ link.inverted)) : what.value ?? 0;
+  if (!shown.values) return null;
+  return (side === inSide(shown.translator) ? shown.values.in : shown.values.out)[bit] ?? null;
 }
 
 function markOf(what) {
@@ -288,15 +230,17 @@ function fillCells(side) {
     const cell = shown.cells[side][bit];
     const left = bit % 8 < 7 ? bits[bit + 1] : null;
     const start = !left || left.kind !== what.kind || left.field !== what.field;
-    const value = shown.pasted ? valueOf(side, bit) : null;
-    cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " too" : ""}${value === null ? "" : value ? " one" : " zero"}`;
-    cell.textContent = value ?? (start || what.kind === "constant" && side === outSide(shown.translator) ? markOf(what) : "");
-    const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${steersToo(what) ? ", steers, too" : ""}${value === null ? "" : `, ${value}`}`;
+    const value = valueOf(side, bit);
+    const fate = side === inSide(shown.translator) ? shown.values?.fates?.[bit] ?? "" : "";
+    const free = fate === "free";
+    cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " too" : ""}${value === null ? "" : free ? " free" : value ? " one" : " zero"}${fate === "chosen" ? " chosen" : ""}`;
+    cell.textContent = free ? "x" : value ?? (start || what.kind === "constant" && side === outSide(shown.translator) ? markOf(what) : "");
+    const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${steersToo(what) ? ", steers, too" : ""}${value === null ? "" : free ? ", free" : `, ${value}`}${fate === "chosen" ? ", chosen" : ""}`;
     cell.title = title;
     cell.setAttribute("aria-label", title);
   });
   for (let byte = 0; 8 * byte < bits.length; ++byte) {
-    const values = Array.from({ length: 8 }, (_, i) => (shown.pasted ? valueOf(side, 8 * byte + i) : null));
+    const values = Array.from({ length: 8 }, (_, i) => valueOf(side, 8 * byte + i));
     const known = values.every((value) => value !== null);
     const total = values.reduce((sum, value, i) => sum + (value << i), 0);
     shown.cells[side][8 * byte].parentNode.querySelector("b").textContent = known ? `0x${total.toString(16).padStart(2, "0")}` : "";
@@ -335,31 +279,65 @@ function legend() {
   const kinds = new Set([...shown.bits.into, ...shown.bits.out].map((bit) => bit.kind));
   return h("ul", { class: "legend", "aria-label": "Legend" }, Object.keys(MARKS).filter((kind) => kinds.has(kind)).map((kind) =>
     h("li", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, MARKS[kind][0]), MARKS[kind][1])),
+    shown.values?.fates ? [h("li", null, h("i", { class: "bit chosen", "aria-hidden": "true" }, "0"), "chosen"), h("li", null, h("i", { class: "bit free", "aria-hidden": "true" }, "x"), "free")] : [],
     shown.bits.into.some(steersToo) ? h("li", null, h("i", { class: "bit too", "aria-hidden": "true" }), "steers, too") : null);
 }
 
+function fieldRow(translator, field, href) {
+  return h("tr", { "data-field": field.number, onmouseenter: () => { unmark(); markField(field); } },
+    h("td", null, href ? h("a", { href }, bitsName(outSide(translator), field.to)) : bitsName(outSide(translator), field.to)),
+    h("td", null, field.kind === "constant" ? field.text : bitsName(inSide(translator), field.from)),
+    h("td", null, h("i", { class: `bit k-${field.kind}`, "aria-hidden": "true" }, MARKS[field.kind][0]),
+      field.name ? h("b", null, field.name, ": ") : "", field.kind === "constant" ? "constant" : happens(field),
+      href && field.title ? h("small", null, ` — ${field.title}`) : ""));
+}
+
+const changeRow = (translator, [bits, text]) =>
+  h("tr", null, h("td", null, ""), h("td", null, bitsName(inSide(translator), expand(bits))), h("td", null, `changed in the record that goes in: ${data.texts[text]}`));
+
+const rowsHead = () => h("thead", null, h("tr", null, h("th", null, "To"), h("th", null, "From"), h("th", null, "What happens")));
+
+// What a record of the form gets in the end.
 function positionTable() {
-  const { translator, bits } = shown;
-  const [from, to] = [inSide(translator), outSide(translator)];
-  const seen = new Set();
-  const rows = [];
-  for (const { field } of bits.out) {
-    if (!field || seen.has(field)) continue;
-    seen.add(field);
-    rows.push(h("tr", { "data-field": field.number, onmouseenter: () => { unmark(); markField(field); } },
-      h("td", null, h("a", { href: address(translator, shown.variant, bitName(to, field.to[0])) }, bitsName(to, field.to))),
-      h("td", null, field.kind === "constant" ? field.text : bitsName(from, field.from)),
-      h("td", null, h("i", { class: `bit k-${field.kind}`, "aria-hidden": "true" }, MARKS[field.kind][0]),
-        field.kind === "constant" ? "constant" : field.text, field.title ? h("small", null, ` — ${field.title}`) : "")));
-  }
-  const lost = (kind, text) => {
-    const which = bits.into.flatMap((bit, at) => (bit.kind === kind ? [at] : []));
-    return which.length ? h("tr", null, h("td", null, ""), h("td", null, bitsName(from, which)), h("td", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, MARKS[kind][0]), text)) : null;
+  const { translator, form, bits } = shown;
+  const fields = form.fields.map((number) => fieldOf(translator, number)).filter((field) => field.kind !== "cleared");
+  const left = (name, kind, which, text) => {
+    if (which.length === 0) return null;
+    const place = bitsName(name, which);
+    const outgoing = name === outSide(translator);
+    return h("tr", null, h("td", null, outgoing ? place : ""), h("td", null, outgoing ? "" : place), h("td", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, MARKS[kind][0]), text));
   };
+  const into = (kind) => bits.into.flatMap((bit, at) => (bit.kind === kind ? [at] : []));
   return h("table", { class: "rows", onmouseleave: rest },
-    h("caption", null, "Position table"),
-    h("thead", null, h("tr", null, h("th", null, "To"), h("th", null, "From"), h("th", null, "What happens"))),
-    h("tbody", null, rows, lost("steers", "only steers, not carried"), lost("dropped", "not carried")));
+    h("caption", { class: "hidden" }, "Position table of the form"), rowsHead(),
+    h("tbody", null, fields.map((field) => fieldRow(translator, field, address(translator, form, bitName(outSide(translator), field.to[0])))),
+      left(outSide(translator), "cleared", bits.out.flatMap((bit, at) => (bit.kind === "cleared" && at < 8 * form.bytes ? [at] : [])), "0, nothing is written there"),
+      (form.changes ?? []).map((change) => changeRow(translator, change)),
+      left(inSide(translator), "steers", into("steers"), "only steers, not carried"), left(inSide(translator), "dropped", into("dropped"), "not carried")));
+}
+
+// Every layout once, in the order in which they are placed, with the condition under which a record gets it.
+function layoutList() {
+  const { translator, form } = shown;
+  const several = translator.forms.length > 1 && translator.forms.includes(form);
+  return translator.sections.map(([title, when, fields, changes], i) => {
+    const gets = several && form.sections.includes(i);
+    return h("table", { class: `rows layout${several && !gets ? " other" : ""}`, onmouseleave: rest },
+      h("caption", null, data.texts[title], data.texts[title] ? h("br", null) : "", h("small", null, data.texts[when] ? `when ${data.texts[when]}` : "every record", gets && data.texts[when] ? " — this form gets it" : "")),
+      rowsHead(),
+      h("tbody", null, fields.map((number) => fieldRow(translator, fieldOf(translator, number), null)), changes.map((change) => changeRow(translator, change))));
+  });
+}
+
+function tables() {
+  const views = [["This form", false], ["Layouts", true]];
+  const tab = ([name, layouts]) => h("button", { type: "button", role: "tab", id: layouts ? "tab-layouts" : "tab-form", "aria-controls": "rows", "aria-selected": String(shown.layouts === layouts),
+    tabindex: shown.layouts === layouts ? "0" : "-1", onclick: () => { shown.layouts = layouts; byId("tables").replaceChildren(...tables()); byId(layouts ? "tab-layouts" : "tab-form").focus(); } }, name);
+  return [
+    h("div", { class: "tabs", role: "tablist", "aria-label": "Position table" }, views.map(tab)),
+    h("div", { id: "rows", role: "tabpanel", "aria-labelledby": shown.layouts ? "tab-layouts" : "tab-form" },
+      shown.layouts ? [h("p", { class: "holds" }, "Each layout once, in the order in which they are placed; a later one overwrites an earlier one."), ...layoutList()] : positionTable()),
+  ];
 }
 
 function related(translator) {
@@ -377,43 +355,54 @@ function tablesText(tables) {
   return `table${tables.length > 1 ? "s" : ""} ${tables.join(", ")}`;
 }
 
-function variantSwitch() {
-  const { translator } = shown;
-  if (translator.variants.length === 1) return null;
-  return h("div", { class: "variants", role: "radiogroup", "aria-label": "Variant" }, translator.variants.map((variant) => {
-    const here = variant === shown.variant;
-    return h("button", { type: "button", role: "radio", "aria-checked": String(here), tabindex: here ? "0" : "-1", onclick: () => { location.hash = address(translator, variant); } }, variant.name);
+// A radio group of forms: the arrow keys go from one to the next.
+function choice(name, items, here, choose, describe) {
+  return h("div", { class: `forms${items.length > 8 ? " many" : ""}`, role: "radiogroup", "aria-label": name }, items.map((item, i) => {
+    const [title, ...more] = describe(item);
+    return h("button", { type: "button", role: "radio", "aria-checked": String(i === here), tabindex: i === Math.max(here, 0) ? "0" : "-1", onclick: () => choose(item, i) },
+      h("span", null, title), more.filter(Boolean).map((text) => h("small", null, text)));
   }));
 }
 
-function variantFacts() {
-  const { translator, variant } = shown;
-  const facts = [];
-  if (variant.holds) facts.push(h("p", { class: "holds" }, "Records with ", h("code", null, variant.holds.split(" ").join(", "))));
-  if (translator.notes.some((note) => note.includes("fourth argument"))) facts.push(h("p", { class: "holds" }, `With the fourth argument ${variant.argument}.`));
-  for (const [bits, text] of variant.changes) {
+function formSwitch() {
+  const { translator, form } = shown;
+  const { forms } = form.set;
+  if (forms.length === 1) return null;
+  return choice("Form", forms, forms.indexOf(form), (one) => { location.hash = address(translator, one); },
+    // The condition tells apart those that have the same title.
+    (one) => [one.title, forms.some((other) => other !== one && other.title === one.title) ? one.when : ""]);
+}
+
+function statusText(form) {
+  const [name, words] = data.statuses[form.status];
+  if (form.status !== 0) return `Returns ${name}: ${words}. `;
+  if (form.length !== null) return `${name}, length ${form.length}. `;
+  return form.translator.hidesFailures ? `${name}, but no length is stored: the record is rejected. ` : `${name}. `;
+}
+
+function formFacts() {
+  const { translator, form } = shown;
+  const facts = [h("p", { class: "holds", id: "when" }, statusText(form), form.when ? `Records with ${form.when}.` : "All records.")];
+  if (translator.asksArgument) facts.push(h("p", { class: "holds" }, `The record does not say its form by itself: ${ARGUMENTS[translator.argument]} counts, too.`));
+  for (const [bits, text] of form.changes ?? []) {
     facts.push(h("p", { class: "holds" }, `The code first changes ${bitsName(inSide(translator), expand(bits))} in the record that goes in: ${data.texts[text]}.`));
-  }
-  const some = variant.sections.flatMap(([title, always, fields], i) => (always ? [] : [[i, data.texts[title] || fieldText(translator, fieldOf(translator, fields[0]))]]));
-  if (some.length) {
-    facts.push(h("fieldset", { class: "also" }, h("legend", null, "Only some records of the variant get this; tick it to see it placed:"), some.map(([i, title]) =>
-      h("label", null, h("input", { type: "checkbox", checked: shown.chosen.has(i), onchange: (event) => {
-        if (event.target.checked) shown.chosen.add(i); else shown.chosen.delete(i);
-        drawBits();
-      } }), title))));
   }
   return facts;
 }
 
-// Everything that the choice of sections changes.
+// What the fourth argument is, for those that take one.
+const ARGUMENTS = { T: "the entry type, the fourth argument,", K: "byte 7 of the logical key, the fourth argument," };
+const ARGUMENT_LABELS = { T: "Entry type", K: "Key byte 7" };
+
 function drawBits() {
-  shown.bits = bitsOf(shown.translator, shown.variant, shown.chosen);
+  shown.bits = bitsOf(shown.form);
   shown.cells = {};
   shown.marked = [];
   shown.selected = null;
   byId("said").replaceChildren();
   byId("bits").replaceChildren(legend(),
-    h("div", { class: "records" }, drawRecord(inSide(shown.translator)), drawRecord(outSide(shown.translator))), positionTable());
+    h("div", { class: "records" }, drawRecord(inSide(shown.translator)), drawRecord(outSide(shown.translator))),
+    h("div", { id: "tables" }, tables()));
 }
 
 // ---- Pasted records
@@ -426,96 +415,194 @@ function parseHex(text) {
   return Array.from({ length: digits.length / 2 }, (_, i) => parseInt(digits.slice(2 * i, 2 * i + 2), 16));
 }
 
-// Whether a record holds what a variant holds, such as "L0.5=1 L8-11=3".
-function satisfies(bytes, variant) {
-  return variant.holds.split(" ").filter(Boolean).every((term) => {
-    const [where, wanted] = term.split("=");
-    const { first, width } = parsePosition(where);
-    let value = 0n;
-    for (let i = 0; i < width; ++i) value |= BigInt(bytes[first + i >> 3] >> (first + i & 7) & 1) << BigInt(i);
-    return value === BigInt(wanted);
+const hexOf = (bits) => Array.from({ length: Math.ceil(bits.length / 8) }, (_, byte) =>
+  Array.from({ length: 8 }, (_, i) => (bits[8 * byte + i] ?? 0) << i).reduce((a, b) => a | b).toString(16).padStart(2, "0")).join("");
+
+// Of a number of so many bits: "1", "0 or 65 and more".
+function rangesText(ranges, width) {
+  if (ranges === null) return "many values";
+  return ranges.map(([least, most]) => (least === most ? `${least}` : most === 2 ** width - 1 ? `${least} and more` : `${least} to ${most}`)).join(", ").replace(/, ([^,]*)$/, " or $1");
+}
+
+function parseNumber(text, most, what) {
+  if (text.trim() === "") return null;
+  const value = /^(0x[0-9a-f]+|\d+)$/i.test(text.trim()) ? Number(text) : NaN;
+  if (!(value <= most)) throw new Error(`${what} is a number from 0 to ${most}, decimal or hexadecimal after 0x.`);
+  return value;
+}
+
+// The argument that a form asks for or was given, if that matters.
+function argumentText(candidate) {
+  const { argument } = candidate.form.translator;
+  const values = argumentValues(candidate);
+  return values && `${ARGUMENT_LABELS[argument].toLowerCase()} ${rangesText(values, argument === "K" ? 8 : 32)}`;
+}
+
+// The numbers of which chosen bits are parts, as they stand side by side: the lowest bit first.
+function chosenFields(values) {
+  const side = inSide(shown.translator);
+  const chosen = values.fates.flatMap((fate, at) => (fate === "chosen" ? [at] : []));
+  const fields = spansOf(chosen).map(([first, width]) => Array.from({ length: width }, (_, k) => first + k));
+  // A physical number has its highest byte first.
+  const order = (bits) => (side === "P" ? [...bits].sort((a, b) => (b >> 3) - (a >> 3) || a - b) : bits);
+  return fields.map((bits) => `${bitsName(side, bits)} = ${rangesText(chosenValues(values, order(bits)), bits.length)}`);
+}
+
+// What the form that was picked says of the pasted record, in words and as bytes to copy.
+function pastedFacts() {
+  const { translator, pasted, values } = shown;
+  if (!pasted || !values) return [];
+  const line = (name, text) => h("p", null, h("b", null, `${name} `), h("code", null, text));
+  const facts = [];
+  const argument = pasted.can.length === 1 && argumentText(values);
+  if (argument) facts.push(h("p", null, `With ${argument}.`));
+  if (pasted.side === inSide(translator)) {
+    const unknown = values.out.flatMap((value, at) => (value === null && shown.bits.out[at].kind !== "left_alone" ? [at] : []));
+    const left = values.out.flatMap((_, at) => (shown.bits.out[at].kind === "left_alone" ? [at] : []));
+    if (values.out.length > left.length) facts.push(line("Comes out:", hexOf(values.out)));
+    if (unknown.length) facts.push(h("p", null, `Not known without ${ARGUMENTS[translator.argument] ?? "the buffer's bits"} here 0: ${bitsName(outSide(translator), unknown)}.`));
+    if (left.length) facts.push(h("p", null, `Left as the caller had it${left.length < values.out.length ? ", here 0" : ""}: ${bitsName(outSide(translator), left)}.`));
+    if (values.after && values.after.some((byte, i) => byte !== values.bytes[i])) {
+      facts.push(line("The record that went in becomes:", values.after.map((byte) => byte.toString(16).padStart(2, "0")).join("")));
+    }
+  } else {
+    facts.push(line("What goes in:", hexOf(values.in)));
+    const count = (fate) => values.fates.filter((one) => one === fate).length;
+    facts.push(h("p", null, `${count("determined")} bits are determined by these bytes, ${count("chosen")} chosen, ${count("free")} free (x, 0 in the bytes).`));
+    const fields = chosenFields(values);
+    if (fields.length) facts.push(h("p", null, `Chosen, each by itself: ${fields.join("; ")}.`));
+  }
+  return facts;
+}
+
+// What a form would have made otherwise of bytes that it cannot have made.
+function contradiction({ form, against, condition }) {
+  const side = outSide(shown.translator);
+  const needs = spansOf(against).map(([first, width]) => {
+    const bits = bitsOf(form).out.slice(first, first + width);
+    const values = bits.map((bit) => (bit.links.length || bit.kind === "computed" ? "?" : bit.value)).reverse().join("");
+    return values.includes("?") ? `another ${bitsName(side, Array.from(bits, (_, k) => first + k))}` : `${bitsName(side, Array.from(bits, (_, k) => first + k))} = ${width > 1 ? "0b" : ""}${values}`;
   });
+  return `“${form.title}”${needs.length ? ` needs ${needs.join(", ")}` : ""}${condition ? ` is of records with ${form.when}` : ""}`;
+}
+
+// Picks the form, and draws what is known.
+function takeCandidate(at) {
+  const { translator, pasted } = shown;
+  pasted.at = at;
+  const { form } = pasted.can[at];
+  if (form !== shown.form) {
+    shown.form = form;
+    history.replaceState(null, "", address(translator, form));
+  }
+  drawForm();
+}
+
+function drawCandidates() {
+  const { pasted } = shown;
+  const box = byId("candidates");
+  if (!pasted || pasted.can.length < 2) {
+    box.replaceChildren();
+    return;
+  }
+  box.replaceChildren(choice("Forms that fit", pasted.can, pasted.at, (_, i) => { takeCandidate(i); byId("candidates").querySelector("[aria-checked=true]")?.focus(); },
+    (one) => [one.form.title + (one.form.translator.sets.length > 1 ? `, ${lengthText([one.form.set.least, one.form.set.most])}` : ""), [argumentText(one), one.form.when && `when ${one.form.when}`].filter(Boolean).join("; ")]));
+}
+
+function describePasted() {
+  const { translator, pasted } = shown;
+  const size = lengthText([pasted.bytes.length, pasted.bytes.length]);
+  const [first] = pasted.can;
+  const goesIn = pasted.side === inSide(translator);
+  if (!first) {
+    const nearest = pasted.nearest.slice(0, 3).map(contradiction).join("; ");
+    return `${size}; no form makes such a record.${nearest ? ` Nearest: ${nearest}${pasted.nearest.length > 3 ? `, and ${pasted.nearest.length - 3} more` : ""}.` : ""}`;
+  }
+  if (pasted.can.length > 1) {
+    return goesIn ? `${size}. Give ${ARGUMENTS[translator.argument].replace(/,$/, "")}: by these bytes alone the record can take ${pasted.can.length} forms.`
+      : `${size}; ${pasted.can.length} forms can have made them:`;
+  }
+  if (first.form.set.forms.length === 1) return goesIn ? `${size}.` : `${size}; a record of this kind can have made them.`;
+  return goesIn ? `${size}, a record of the form “${first.form.title}”.` : `${size}; only the form “${first.form.title}” can have made them.`;
 }
 
 function pasteBox() {
-  const { translator, pasted } = shown;
+  const { translator } = shown;
   const sides = [inSide(translator), outSide(translator)];
   const message = h("p", { id: "paste-message", role: "status" });
-  const side = h("select", { id: "paste-side", "aria-label": "Which record", onchange: () => read() }, sides.map((one) =>
-    h("option", { value: one, selected: pasted?.side === one }, `${SIDES[one]} record, ${lengthText(lengths(translator, one))}`)));
+  const side = h("select", { id: "paste-side", "aria-label": "Which record", onchange: () => read() }, sides.map((one, i) =>
+    h("option", { value: one }, `${SIDES[one]} record, ${i ? "came out" : "goes in"}, ${lengthText(lengths(translator, one))}`)));
   const text = h("textarea", { id: "paste", spellcheck: "false", "aria-label": "The record's bytes in hexadecimal", "aria-describedby": "paste-message", placeholder: "11 00 2a ff …", oninput: () => read() });
+  const number = (id, label, value, title) => h("label", { title }, `${label} `, h("input", { id, size: "8", value, autocomplete: "off", oninput: () => read() }));
+  const argument = translator.asksArgument && number("argument", ARGUMENT_LABELS[translator.argument], "", "The fourth argument: no record holds it");
+  const setting = translator.asksSetting && number("setting", "TX_ADJ_KEY_MAX", String(data.txAdjKeyMax), "The library's setting, which programs may change");
   const say = (words, error) => {
     message.textContent = words;
     message.className = error ? "error" : "";
     text.setAttribute("aria-invalid", String(error));
   };
-  const show = (record) => {
-    shown.pasted = record;
-    for (const one of sides) fillCells(one);
-    rest();
-  };
   const read = () => {
-    shown.text = text.value;
-    let bytes;
+    shown.pasted = null;
     try {
-      bytes = parseHex(text.value);
+      const given = {
+        argument: argument ? parseNumber(argument.lastChild.value, translator.argument === "K" ? 0xff : 0xffffffff, ARGUMENT_LABELS[translator.argument]) : null,
+        txAdjKeyMax: (setting ? parseNumber(setting.lastChild.value, 0xffff, "TX_ADJ_KEY_MAX") : null) ?? data.txAdjKeyMax,
+      };
+      const bytes = parseHex(text.value);
       const [least, most] = lengths(translator, side.value);
       if (text.value.trim() && (bytes.length < least || bytes.length > most)) {
         throw new Error(`These are ${lengthText([bytes.length, bytes.length])}; the ${SIDES[side.value]} record has ${lengthText([least, most])}.`);
       }
+      if (text.value.trim()) {
+        const goesIn = side.value === inSide(translator);
+        const { can, nearest } = goesIn ? { can: formsOf(translator, bytes, given), nearest: [] } : sourcesOf(translator, bytes, given);
+        shown.pasted = { side: side.value, bytes, can, nearest, at: 0 };
+      }
+      say(shown.pasted ? describePasted() : "", false);
     } catch (error) {
-      show(null);
       say(error.message, true);
-      return;
     }
-    if (!text.value.trim()) {
-      show(null);
-      say("", false);
-      return;
-    }
-    const record = { side: side.value, bytes };
-    const fitting = side.value === inSide(translator) ? translator.variants.filter((variant) => satisfies(bytes, variant)) : [shown.variant];
-    if (fitting.length && !fitting.includes(shown.variant)) {
-      // Drawn anew; the box keeps what was typed.
-      shown.variant = fitting.reduce((best, variant) => (variant.holds.length > best.holds.length ? variant : best));
-      shown.pasted = record;
-      history.replaceState(null, "", address(translator, shown.variant));
-      drawVariant();
-    } else {
-      show(record);
-    }
-    const several = translator.variants.length > 1 && side.value === inSide(translator);
-    say(!several ? `${lengthText([bytes.length, bytes.length])}.` : fitting.length ? `${lengthText([bytes.length, bytes.length])}, a record of the variant “${shown.variant.name}”.`
-      : `${lengthText([bytes.length, bytes.length])}; none of the variants has such a record.`, false);
+    if (shown.pasted?.can.length) takeCandidate(Math.max(0, shown.pasted.can.findIndex(({ form }) => form === shown.form)));
+    else drawForm();
   };
-  const box = h("details", { class: "paste" }, h("summary", null, "Paste a record"),
-    h("div", null, text, side, h("button", { type: "button", onclick: () => { text.value = ""; read(); text.focus(); } }, "Clear")), message);
-  return box;
+  return h("details", { class: "paste", open: true }, h("summary", null, "Paste a record"),
+    h("div", null, text, h("span", null, side, argument || "", setting || "", h("button", { type: "button", onclick: () => { text.value = ""; read(); text.focus(); } }, "Clear"))),
+    message, h("div", { id: "candidates" }), h("div", { id: "pasted" }));
 }
 
-// Everything that the choice of a variant changes.
-function drawVariant() {
-  shown.chosen = new Set();
-  byId("variant").replaceChildren(...[variantSwitch(), ...variantFacts()].filter(Boolean));
+// Everything that the choice of a form changes.
+function drawForm() {
+  const { pasted, form } = shown;
+  const at = pasted ? pasted.can.findIndex((one) => one.form === form) : -1;
+  if (at >= 0) pasted.at = pasted.can[pasted.at].form === form ? pasted.at : at;
+  shown.values = at >= 0 ? pasted.can[pasted.at] : null;
+  byId("form").replaceChildren(...[formSwitch(), ...formFacts()].filter(Boolean));
+  const list = byId("form").querySelector(".many");
+  const current = list?.querySelector("[aria-checked=true]");
+  if (current) list.scrollTop = current.offsetTop - list.offsetTop - list.clientHeight / 3;
   drawBits();
+  drawCandidates();
+  byId("pasted").replaceChildren(...(pasted?.can.length && at < 0
+    ? [h("p", null, "The form shown is not that of the pasted record. ", h("a", { href: address(shown.translator, pasted.can[0].form) }, `Back to “${pasted.can[0].form.title}”`))]
+    : pastedFacts()));
 }
 
 function drawTranslator(translator) {
   document.title = `${translator.name} – npxlate atlas`;
   main.replaceChildren(
     h("h1", null, breakable(translator.name)),
-    h("p", { class: "facts" }, h("b", null, translator.role), `, ${tablesText(translator.tables)}: `,
+    h("p", { class: "facts" }, h("b", null, `${translator.title}, ${translator.role}`), `, ${tablesText(translator.tables)}: `,
       `${SIDES[inSide(translator)]} record of ${lengthText(lengths(translator, inSide(translator)))} → ${SIDES[outSide(translator)]} record of ${lengthText(lengths(translator, outSide(translator)))}`),
-    ...(translator.notes.length ? [h("ul", { class: "notes" }, translator.notes.map((note) => h("li", null, note)))] : []),
-    related(translator), h("div", { id: "variant" }), pasteBox(), h("div", { id: "bits" }),
-    h("p", { class: "keys" }, h("kbd", null, "/"), " search   ", h("kbd", null, "← ↑ → ↓"), " move within a record   ", h("kbd", null, "Enter"), " to the partner   ", h("kbd", null, "["), " ", h("kbd", null, "]"), " variants"));
-  drawVariant();
+    ...(translator.notes.length ? [h("p", { class: "notes" }, `This translator ${translator.notes.join("; it ")}.`)] : []),
+    related(translator), h("div", { id: "form" }), pasteBox(), h("div", { id: "bits" }),
+    h("p", { class: "keys" }, h("kbd", null, "/"), " search   ", h("kbd", null, "← ↑ → ↓"), " move within a record   ", h("kbd", null, "Enter"), " to the partner   ", h("kbd", null, "["), " ", h("kbd", null, "]"), " forms"));
+  drawForm();
   if (translator.notes.length === 0 && main.querySelector(".related").childElementCount === 0) main.querySelector(".related").remove();
 }
 
 function drawStart() {
   document.title = "npxlate atlas";
-  const variants = data.translators.reduce((sum, translator) => sum + translator.variants.length, 0);
+  const forms = data.translators.reduce((sum, translator) => sum + translator.forms.length, 0);
   const tables = [];
   for (let table = 0; table < 128; ++table) {
     const cell = (role) => {
@@ -523,13 +610,13 @@ function drawStart() {
       const generic = one.tables.length > MANY;
       return h("td", null, h("a", { href: address(one), class: generic && "generic" }, generic ? "generic" : breakable(one.name)));
     };
-    tables.push(h("tr", null, h("td", null, String(table)), cell("key"), cell("result"), cell("reverse")));
+    tables.push(h("tr", null, h("td", null, String(table)), h("td", { class: "words" }, data.titles[table]), cell("key"), cell("result"), cell("reverse")));
   }
   main.replaceChildren(h("h1", { class: "plain" }, "Every record, bit by bit"),
-    h("p", { class: "lead" }, `Where each bit of a forwarding-table record comes from, and what becomes of each bit that goes in: ${data.translators.length} translators with ${variants} variants. Choose a record at the left, or press `,
-      h("kbd", null, "/"), " and type a table id, a part of a name, or a position such as L0.4."),
+    h("p", { class: "lead" }, `Where each bit of a forwarding-table record comes from, and what becomes of each bit that goes in: ${data.translators.length} translators with ${forms} forms. Choose a record at the left, or press `,
+      h("kbd", null, "/"), " and type what you look for: a table id (4), words (queue index, mirroring), a constant (0x91), a position (L12-15), or several of them."),
     h("table", { class: "rows tables" }, h("caption", null, "Tables"),
-      h("thead", null, h("tr", null, ...["Table", "Key", "Result", "Reverse"].map((text) => h("th", null, text)))), h("tbody", null, tables)));
+      h("thead", null, h("tr", null, ...["Table", "What it is", "Key", "Result", "Reverse"].map((text) => h("th", null, text)))), h("tbody", null, tables)));
 }
 
 // ---- The list and the search
@@ -539,57 +626,109 @@ function drawList() {
   const families = new Map();
   for (const translator of data.translators) {
     if (!families.has(translator.family)) families.set(translator.family, []);
-    const link = h("a", { href: address(translator) }, h("b", null, breakable(translator.name)), h("span", null, `${translator.role}${translator.tables.length && translator.tables.length <= MANY ? " " + translator.tables.join(",") : ""}`));
-    entries.push({ translator, link });
+    const hit = h("small", null);
+    const link = h("a", { href: address(translator) }, h("b", null, breakable(translator.name)), h("span", null, `${translator.role}${translator.tables.length && translator.tables.length <= MANY ? " " + translator.tables.join(",") : ""}`),
+      h("em", null, translator.title), hit);
+    entries.push({ translator, link, hit });
     families.get(translator.family).push(link);
   }
   byId("list").append(...[...families].map(([family, links]) =>
     h("details", { "data-family": family }, h("summary", null, FAMILIES[family] ?? family, h("span", null, String(links.length))), links)));
 }
 
-// "4", "table 4", "rx_adj", "L0.4", "rx adj L0.4": the words choose records, a position a bit of them.
+// Words of a question that say nothing about a record.
+const FILLERS = new Set(["table", "tables", "which", "what", "carry", "carries", "carrying", "where", "is", "the", "a", "an", "of", "with", "that", "do", "does", "have", "has"]);
+
+// "4", "table 4", "rx_adj", "queue index", "0x91", "L0.4", "rx adj L0.4", "which tables carry L12-15".
 function parseSearch(text) {
-  const words = text.trim().toLowerCase().split(/\s+/).filter((word) => word && word !== "table");
+  const words = text.trim().toLowerCase().replace(/[?“”"]/g, "").split(/[\s,]+/).filter((word) => word && !FILLERS.has(word));
   const position = words.map(parsePosition).find(Boolean) ?? null;
   return { words: words.filter((word) => !parsePosition(word)), position };
 }
 
-function matches(translator, words, position) {
-  return words.every((word) => (/^\d+$/.test(word) ? translator.tables.includes(Number(word))
-    : translator.name.includes(word) || translator.role === word || translator.variants.some((variant) => variant.name.toLowerCase().includes(word))))
-    && (!position || position.first + position.width <= 8 * lengths(translator, position.side)[1]);
+// What can be found of a translator beside its name: fields that its forms have, and sentences.
+function indexOf(translator) {
+  if (translator.index) return translator.index;
+  const fields = [...new Set(translator.forms.flatMap((form) => form.fields))].map((number) => fieldOf(translator, number));
+  const items = [
+    ...fields.filter((field) => !["cleared", "left_alone"].includes(field.kind))
+      .map((field) => ({ text: `${field.name} ${field.title} ${happens(field)}`.toLowerCase(), said: fieldText(translator, field), field })),
+    ...[...new Set([...translator.sections.flatMap(([title, when]) => [data.texts[title], data.texts[when]]), ...translator.forms.flatMap((form) => [form.title, form.when]),
+      ...translator.forms.flatMap((form) => (form.changes ?? []).map(([, change]) => data.texts[change])), ...translator.notes])]
+      .filter(Boolean).map((text) => ({ text: text.toLowerCase(), said: text })),
+  ];
+  const carried = { L: new Set(), P: new Set() };
+  for (const { field } of items) {
+    for (const bit of field?.to ?? []) carried[outSide(translator)].add(bit);
+    for (const bit of field?.from ?? []) carried[inSide(translator)].add(bit);
+  }
+  return (translator.index = { head: `${translator.name} ${translator.title} ${translator.role} ${FAMILIES[translator.family] ?? ""}`.toLowerCase(), items, carried });
 }
+
+const ROLES = new Set(["key", "result", "reverse"]);
+const valueOfText = (text) => (/^(0x[0-9a-f]+|\d+)$/i.test(text) ? BigInt(text) : null);
+
+// What matches: null, or what of the translator it was, in words ("" if its name is enough).
+function match(translator, words, position) {
+  const { head, items, carried } = indexOf(translator);
+  const wanted = position && Array.from({ length: position.width }, (_, k) => position.first + k);
+  if (wanted && !wanted.every((bit) => carried[position.side].has(bit))) return null;
+  if (words.some((word) => ROLES.has(word) && word !== translator.role)) return null;
+  const left = words.filter((word) => !ROLES.has(word)).filter((word) => !(head.includes(word) && !/^\d+$/.test(word)) && !(/^\d+$/.test(word) && translator.tables.includes(Number(word))));
+  if (left.length) {
+    const phrase = left.join(" ");
+    const holds = (item) => left.every((word) => (/^0x/.test(word) && item.field?.kind === "constant" ? valueOfText(item.field.text) === valueOfText(word) || item.text.includes(word) : item.text.includes(word)));
+    // A number by itself is a table's.
+    if (left.every((word) => /^\d+$/.test(word))) return null;
+    return (items.find((item) => item.text.includes(phrase) && holds(item)) ?? items.find(holds))?.said ?? null;
+  }
+  if (!wanted) return "";
+  const places = (field) => (position.side === outSide(translator) ? field.to : field.from);
+  const fields = items.filter(({ field }) => field && places(field).includes(position.first));
+  return (fields.find(({ field }) => places(field).length === position.width) ?? fields[0]).said;
+}
+
+// The first form that carries the bit.
+const carrying = (translator, { side, first }) => translator.forms.find((form) => form.fields.some((number) => {
+  const field = fieldOf(translator, number);
+  return !["cleared", "left_alone"].includes(field.kind) && (side === outSide(translator) ? field.to : field.from).includes(first);
+}));
+
+const found = (translator, words, position) =>
+  address(translator, position && carrying(translator, position), position && bitName(position.side, position.first));
 
 function search() {
   const text = byId("search").value;
   const { words, position } = parseSearch(text);
-  let found = 0;
-  for (const { translator, link } of entries) {
-    link.hidden = !matches(translator, words, position);
+  let count = 0;
+  for (const { translator, link, hit } of entries) {
+    const said = text.trim() ? match(translator, words, position) : "";
+    link.hidden = said === null;
     link.style.display = link.hidden ? "none" : "";
-    link.href = address(translator, null, position && bitName(position.side, position.first));
-    found += link.hidden ? 0 : 1;
+    link.href = link.hidden ? address(translator) : found(translator, words, position);
+    hit.textContent = said ?? "";
+    count += link.hidden ? 0 : 1;
   }
   for (const family of byId("list").children) {
     const any = family.querySelector("a:not([hidden])") !== null;
     family.style.display = any ? "" : "none";
     family.open = text.trim() ? any : family.querySelector("[aria-current]") !== null;
   }
-  byId("found").textContent = text.trim() ? `${found} of ${entries.length} translators` : `${entries.length} translators`;
+  byId("found").textContent = text.trim() ? `${count} of ${entries.length} translators` : `${entries.length} translators`;
 }
 
 // Enter: a position alone means the record that is shown.
 function goToFirst() {
   const { words, position } = parseSearch(byId("search").value);
-  const here = shown && matches(shown.translator, words, position) && position;
-  const target = here ? shown.translator : entries.find(({ link }) => !link.hidden)?.translator;
-  if (!target) return;
-  const to = address(target, here ? shown.variant : null, position && bitName(position.side, position.first));
+  const here = shown && position && words.length === 0 && position.first + position.width <= 8 * lengths(shown.translator, position.side)[1];
+  const first = entries.find(({ link }) => !link.hidden);
+  if (!here && !first) return;
+  const to = here ? address(shown.translator, shown.form, bitName(position.side, position.first)) : found(first.translator, words, position);
   if (location.hash === to) route(); else location.hash = to;
   if (!position) main.focus();
 }
 
-// ---- Addresses: #name, #name/variant, #name/variant/position
+// ---- Addresses: #name, #name/form, #name/form/position
 
 function openSide(open) {
   byId("side").classList.toggle("open", open);
@@ -597,7 +736,7 @@ function openSide(open) {
 }
 
 function route() {
-  const [name, variantName, positionName] = decodeURIComponent(location.hash.slice(1)).split("/");
+  const [name, formName, positionName] = decodeURIComponent(location.hash.slice(1)).split("/");
   if (name === "main") return;
   const translator = byName.get(name);
   for (const { translator: one, link } of entries) {
@@ -611,19 +750,21 @@ function route() {
     search();
     return;
   }
-  const variant = translator.variants.find((one) => slug(one.name) === variantName) ?? translator.variants[0];
+  // The forms of shorter records have the same names.
+  const forms = shown?.translator === translator ? shown.form.set.forms : translator.forms;
+  const form = forms.find((one) => one.slug === formName) ?? forms[0];
   if (shown?.translator !== translator) {
-    shown = { translator, variant, pasted: null, marked: [] };
+    shown = { translator, form, pasted: null, values: null, marked: [], layouts: false };
     drawTranslator(translator);
     scrollTo(0, 0);
     if (!byId("search").value.trim()) search();
     // With the next frame's layout, instead of one of its own.
     requestAnimationFrame(() => byId("list").querySelector("[aria-current]")?.scrollIntoView({ block: "nearest" }));
-  } else if (shown.variant !== variant) {
-    shown.variant = variant;
-    const inSwitch = document.activeElement?.closest(".variants") !== null;
-    drawVariant();
-    if (inSwitch) main.querySelector(".variants [aria-checked=true]")?.focus();
+  } else if (shown.form !== form) {
+    shown.form = form;
+    const inSwitch = document.activeElement?.closest("#form .forms") !== null;
+    drawForm();
+    if (inSwitch) byId("form").querySelector(".forms [aria-checked=true]")?.focus({ preventScroll: true });
   }
   const position = positionName && parsePosition(positionName);
   if (position) focusBit(position.side, position.first);
@@ -646,7 +787,7 @@ main.addEventListener("focusin", (event) => {
   for (const other of shown.cells[side]) if (other.tabIndex === 0) other.tabIndex = -1;
   cell.tabIndex = 0;
   shown.selected = [side, bit];
-  history.replaceState(null, "", address(shown.translator, shown.variant, bitName(side, bit)));
+  history.replaceState(null, "", address(shown.translator, shown.form, bitName(side, bit)));
   point(side, bit);
 });
 
@@ -669,7 +810,8 @@ function bitAfterKey(side, bit, key) {
 
 main.addEventListener("keydown", (event) => {
   const cell = event.target.closest("[data-bit]");
-  const group = event.target.closest(".variants");
+  const group = event.target.closest(".forms");
+  const tab = event.target.closest("[role=tab]");
   if (event.ctrlKey || event.altKey || event.metaKey) return;
   if (cell) {
     const [side, bit] = [cell.dataset.side, Number(cell.dataset.bit)];
@@ -685,14 +827,18 @@ main.addEventListener("keydown", (event) => {
     }
   } else if (group && /^Arrow/.test(event.key)) {
     event.preventDefault();
-    stepVariant(/Right|Down/.test(event.key) ? 1 : -1);
+    const buttons = [...group.querySelectorAll("button")];
+    buttons[(buttons.indexOf(document.activeElement) + (/Right|Down/.test(event.key) ? 1 : -1) + buttons.length) % buttons.length].click();
+  } else if (tab && /^Arrow(Left|Right)/.test(event.key)) {
+    event.preventDefault();
+    (tab.nextElementSibling ?? tab.previousElementSibling).click();
   }
 });
 
-function stepVariant(step) {
-  const { translator, variant } = shown;
-  const count = translator.variants.length;
-  location.hash = address(translator, translator.variants[(translator.variants.indexOf(variant) + step + count) % count]);
+function stepForm(step) {
+  const { translator, form } = shown;
+  const { forms } = form.set;
+  location.hash = address(translator, forms[(forms.indexOf(form) + step + forms.length) % forms.length]);
 }
 
 document.addEventListener("keydown", (event) => {
@@ -708,7 +854,7 @@ document.addEventListener("keydown", (event) => {
     byId("search").focus();
     byId("search").select();
   } else if (shown && (event.key === "[" || event.key === "]")) {
-    stepVariant(event.key === "]" ? 1 : -1);
+    stepForm(event.key === "]" ? 1 : -1);
   }
 });
 
