@@ -88,7 +88,7 @@ void translate_as_batch(std::string_view text) {
     tool::Output output{"/dev/null"};
     tool::Progress progress{false, {}};
     try {
-        tool::translate_json_lines(input, output, progress);
+        tool::translate_json_lines(nullptr, input, output, progress);
     } catch (const tool::NotDone&) {
     }
     output.close();

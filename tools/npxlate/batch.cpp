@@ -13,6 +13,7 @@
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
+#include "npxlate/names_option.h"
 #include "npxlate/options.h"
 
 namespace tool {
@@ -28,6 +29,7 @@ struct Options {
     std::string length;
     ArgumentOptions argument;
     TxAdjKeyMaxOption tx_adj_key_max;
+    NamesOption names;
     bool quiet = false;
 };
 
@@ -87,7 +89,8 @@ void run(const Options& options) {
     if (raw != nullptr) {
         translate_raw(*raw, length, argument, input, output, progress);
     } else {
-        translate_json_lines(input, output, progress);
+        const std::optional<names::Names> names = options.names.read();
+        translate_json_lines(names ? &*names : nullptr, input, output, progress);
     }
 }
 
@@ -100,6 +103,7 @@ void add_batch(CLI::App& app) {
         "  {\"table\": 17, \"key\": \"HEX\", \"result\": \"HEX\"}   to the same with physical records\n"
         "  {\"table\": 17, \"physical_result\": \"HEX\"}         to \"logical_result\"; with \"type\" (table 52)\n"
         "                                                or \"logical_key\" (table 92)\n"
+        "  {\"table\": 4, \"fields\": {\"nexthop\": \"192.0.2.1\"}}  to \"physical_result\" beside it; \"key_fields\" likewise\n"
         "In place of an id, \"table\" may be a translator's name, for the record of its role. Entries that cannot be\n"
         "translated are reported by line number and left out.\n"
         "Example: npxlate batch entries.jsonl -o physical.jsonl\n"
@@ -113,6 +117,7 @@ void add_batch(CLI::App& app) {
                         "With --raw: the bytes of a record, where the table takes several");
     options->argument.add_to(*command, "--logical-key");
     options->tx_adj_key_max.add_to(*command);
+    options->names.add_to(*command);
     command->add_flag("-q,--quiet", options->quiet, "No progress bar");
     command->callback([options] { run(*options); });
 }

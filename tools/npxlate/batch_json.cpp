@@ -11,9 +11,9 @@
 
 namespace tool {
 
-void translate_json_lines(InputStream& input, Output& output, Progress& progress) {
+void translate_json_lines(const names::Names* names, InputStream& input, Output& output, Progress& progress) {
     LineReader reader{input};
-    EntryTranslator translator;
+    EntryTranslator translator{names};
     const auto tell = [&progress](const std::string& message) {
         progress.clear();
         report(message);
