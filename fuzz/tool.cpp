@@ -88,7 +88,7 @@ void translate_as_batch(std::string_view text) {
     tool::Output output{"/dev/null"};
     tool::Progress progress{false, {}};
     try {
-        tool::translate_json_lines(input, output, 1, progress);
+        tool::translate_json_lines(tool::EntryTranslator::Options{}, input, output, 1, progress);
     } catch (const tool::NotDone&) {
     }
     output.close();

@@ -20,7 +20,9 @@ std::vector<char> content(const std::string& path) {
 
 // Bytes changed, ranges overwritten, the end cut off.
 std::vector<char> damaged(std::vector<char> bytes, std::mt19937& random) {
-    const auto below = [&random](std::size_t end) { return std::uniform_int_distribution<std::size_t>{0, end - 1}(random); };
+    const auto below = [&random](std::size_t end) {
+        return std::uniform_int_distribution<std::size_t>{0, end - 1}(random);
+    };
     if (below(8) == 0) {
         bytes.resize(below(bytes.size()));
     }
@@ -45,7 +47,8 @@ TEST(Damaged, IsNeverFatal) {
         for (unsigned run = 0; run < runs; ++run) {
             const std::vector<char> bytes = damaged(whole, random);
             const std::string damaged_path = testing::TempDir() + "npxlate_damaged";
-            std::ofstream{damaged_path, std::ios::binary}.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+            std::ofstream{damaged_path, std::ios::binary}.write(bytes.data(),
+                                                                static_cast<std::streamsize>(bytes.size()));
             try {
                 names::list_structures({damaged_path});
                 names::read_structures({damaged_path}, "members", 168);

@@ -83,8 +83,8 @@ TEST(NamesFile, IsFoundForTheResultAndItsReverse) {
 }
 
 TEST(NamesFile, OfAGenericTableIsOfThatTableOnly) {
-    const Names names = Names::parse(
-        "[[record]]\ntable = 6\nbytes = 4\nfields = [{ name = \"index\", at = \"L0-3\" }]\n", "n.toml");
+    const Names names =
+        Names::parse("[[record]]\ntable = 6\nbytes = 4\nfields = [{ name = \"index\", at = \"L0-3\" }]\n", "n.toml");
     const catalogue::Translator& result = catalogue::of_table(6, catalogue::Role::result);
     const catalogue::Translator& reverse = catalogue::of_table(6, catalogue::Role::reverse);
     EXPECT_NE(names.of(result, 6), nullptr);
@@ -94,8 +94,7 @@ TEST(NamesFile, OfAGenericTableIsOfThatTableOnly) {
 }
 
 TEST(NamesFile, DoesNotNameWhatReadsBackAsPhysicalBytes) {
-    const Names names = Names::parse(
-        "[[record]]\ntable = 3\nfields = [{ name = \"index\", at = \"L0\" }]\n", "n.toml");
+    const Names names = Names::parse("[[record]]\ntable = 3\nfields = [{ name = \"index\", at = \"L0\" }]\n", "n.toml");
     EXPECT_NE(names.of(catalogue::of_table(3, catalogue::Role::result), 3), nullptr);
     EXPECT_EQ(names.of(catalogue::of_table(3, catalogue::Role::reverse), 3), nullptr);
 }
@@ -103,7 +102,8 @@ TEST(NamesFile, DoesNotNameWhatReadsBackAsPhysicalBytes) {
 TEST(NamesFile, IsRefusedWithLineAndColumn) {
     EXPECT_EQ(refusal("[[record]\n").substr(0, 9), "n.toml:1:");
     EXPECT_EQ(refusal("records = 1\n"), "n.toml:1:1: a names file has no \"records\": expected record");
-    EXPECT_EQ(refusal("[[record]]\ntable = 128\nfields = []\n"), "n.toml:2:9: \"table\": expected a number from 0 to 127");
+    EXPECT_EQ(refusal("[[record]]\ntable = 128\nfields = []\n"),
+              "n.toml:2:9: \"table\": expected a number from 0 to 127");
     EXPECT_EQ(refusal("[[record]]\nfields = []\n"),
               "n.toml:1:1: expected \"table\" or \"translator\", and not both: whose record is it?");
     EXPECT_EQ(refusal("[[record]]\ntable = 4\nbytes = 31\nfields = []\n"),
@@ -112,19 +112,22 @@ TEST(NamesFile, IsRefusedWithLineAndColumn) {
               "n.toml:2:14: \"nobody\" is no key or result translator: expected a name that npxlate tables lists");
     EXPECT_EQ(refusal(with_fields(R"({ name = "a", at = "L30" })")),
               "n.toml:5:1: a at L30 lies outside the result of table 4, which has 30 bytes");
-    EXPECT_EQ(refusal(with_fields(R"({ name = "a", at = "P3" })")),
-              "n.toml:5:20: \"P3\" is no position: expected logical bits such as L3.4, L3.4-2, L12 or L12-15 (bytes 0 to "
-              "167)");
+    EXPECT_EQ(
+        refusal(with_fields(R"({ name = "a", at = "P3" })")),
+        "n.toml:5:20: \"P3\" is no position: expected logical bits such as L3.4, L3.4-2, L12 or L12-15 (bytes 0 to "
+        "167)");
     EXPECT_EQ(refusal(with_fields("{ name = \"a\", at = \"L3\" },\n  { name = \"b\", at = \"L3.2\" }")),
               "n.toml:6:3: a and b both have L3.2: expected that only of names of the same \"union\"");
     EXPECT_EQ(refusal(with_fields("{ name = \"a\", at = \"L3\" },\n  { name = \"a\", at = \"L4\" }")),
               "n.toml:6:3: there is another \"a\": expected each name once");
-    EXPECT_EQ(refusal(with_fields(R"({ name = "L3", at = "L3" })")), "n.toml:5:10: \"L3\" is a position: expected another name");
+    EXPECT_EQ(refusal(with_fields(R"({ name = "L3", at = "L3" })")),
+              "n.toml:5:10: \"L3\" is a position: expected another name");
     EXPECT_EQ(refusal(with_fields(R"({ name = "a", at = "L3-5", as = "ipv4" })")),
               "n.toml:5:1: 24 bits cannot be written as ipv4: expected 32 bits");
-    EXPECT_EQ(refusal(with_fields(R"({ name = "a", at = "L3", as = "octal" })")),
-              "n.toml:5:31: there is no \"octal\": expected number, signed, hex, flag, label, ipv4, ipv6, mac, bytes or "
-              "words");
+    EXPECT_EQ(
+        refusal(with_fields(R"({ name = "a", at = "L3", as = "octal" })")),
+        "n.toml:5:31: there is no \"octal\": expected number, signed, hex, flag, label, ipv4, ipv6, mac, bytes or "
+        "words");
     EXPECT_EQ(refusal(with_fields(R"({ name = "a", at = "L3", words = "w" })")),
               "n.toml:5:34: there is no [record.words.w] in this record");
     EXPECT_EQ(refusal(with_fields(R"({ name = "a", at = "L3.1-0", words = "w" })") + "[record.words.w]\nbig = 4\n"),
@@ -135,7 +138,8 @@ TEST(NamesFile, IsRefusedWithLineAndColumn) {
               "n.toml:7:14: a: 256 does not fit: it has 8 bits, at most 255");
     EXPECT_EQ(refusal(with_fields(R"({ name = "a", at = "L3" })") + with_fields(R"({ name = "a", at = "L3" })")),
               "n.toml:7:1: the result of table 4 is named twice: expected one [[record]] for it");
-    EXPECT_EQ(refusal("[[record]]\ntable = 4\n"), "n.toml:1:1: expected \"fields\", a list such as [{ name = \"vqi\", at = \"L4-5\" }]");
+    EXPECT_EQ(refusal("[[record]]\ntable = 4\n"),
+              "n.toml:1:1: expected \"fields\", a list such as [{ name = \"vqi\", at = \"L4-5\" }]");
 }
 
 TEST(NamesFile, IsWrittenAsItIsRead) {
@@ -282,7 +286,8 @@ TEST(Entry, IsMadeOfNamesAndPositions) {
 }
 
 TEST(Entry, ChangesOnlyWhatIsSaid) {
-    const Bytes bytes = names::entry_from_fields(Bytes(4, 0xff), nullptr, std::vector<names::Assignment>{{"L1.3-2", "0"}});
+    const Bytes bytes =
+        names::entry_from_fields(Bytes(4, 0xff), nullptr, std::vector<names::Assignment>{{"L1.3-2", "0"}});
     EXPECT_EQ(bytes, (Bytes{0xff, 0xf3, 0xff, 0xff}));
 }
 
@@ -311,9 +316,9 @@ TEST(Entry, SaysWhichNamesDoNotHold) {
     const Record& record = names.records().front();
     const std::vector<names::Assignment> assignments{{"next.mac", "02:00:00:00:00:01"}};
     const Bytes bytes = names::entry_from_fields(Bytes(30), &record, assignments);
-    EXPECT_EQ(names::unused_names(bytes, &record, assignments),
-              std::vector<std::string>{
-                  "next.mac stands for its bits only when labelled=1 range=four or labelled=1 L9=0x12"});
+    EXPECT_EQ(
+        names::unused_names(bytes, &record, assignments),
+        std::vector<std::string>{"next.mac stands for its bits only when labelled=1 range=four or labelled=1 L9=0x12"});
 }
 
 TEST(Structures, FitTablesWhoseRecordsAreAsLong) {

@@ -17,6 +17,7 @@
 #include "npxlate/error.h"
 #include "npxlate/input.h"
 #include "npxlate/lookup.h"
+#include "npxlate/names_option.h"
 #include "npxlate/options.h"
 #include "npxlate/taken.h"
 #include "npxlate/terminal.h"
@@ -37,6 +38,8 @@ struct Options {
     ArgumentOptions argument;
     ThreadsOption threads;
     TxAdjKeyMaxOption tx_adj_key_max;
+    NamesOption names;
+    bool decode = false;
     bool quiet = false;
 };
 
@@ -129,7 +132,9 @@ void run(const Options& options) {
     Output output{options.out};
     Progress progress{!options.quiet && progress_can_show(to_file), input.size()};
     if (entry.empty()) {
-        translate_json_lines(input, output, threads, progress);
+        const std::optional<names::Names> names = options.names.read();
+        translate_json_lines({.names = names ? &*names : nullptr, .decode = options.decode}, input, output, threads,
+                             progress);
     } else {
         translate_raw(entry, rejected, argument, input, output, threads, progress);
     }
@@ -144,6 +149,11 @@ void add_batch(CLI::App& app) {
         "  {\"table\": 17, \"key\": \"HEX\", \"result\": \"HEX\"}   to \"physical_key\" and \"physical_result\"\n"
         "  {\"table\": 17, \"physical_result\": \"HEX\"}         to \"logical_result\"; with \"type\" (table 52)\n"
         "                                                or \"logical_key\" (table 92)\n"
+        "  {\"table\": 4, \"fields\": {\"nexthop\": \"192.0.2.1\"}}  to \"physical_result\" beside it; \"key_fields\" "
+        "likewise\n"
+        "  {\"table\": 4, \"physical_result\": \"HEX\"}          with --decode: to \"result\", which gives these "
+        "bytes, and\n"
+        "                                                \"result_others\", how many other forms do, too\n"
         "In place of an id, \"table\" may be a translator's name, for the record of its role. Entries that cannot be\n"
         "translated are reported by line number and left out. Binary records that are rejected are reported, too; "
         "zeros\n"
@@ -166,6 +176,9 @@ void add_batch(CLI::App& app) {
     options->argument.add_to(*command);
     options->tx_adj_key_max.add_to(*command);
     options->threads.add_to(*command);
+    options->names.add_to(*command);
+    command->add_flag("--decode", options->decode,
+                      "From physical records to what would have to be programmed: \"key\" and \"result\"");
     command->add_flag("-q,--quiet", options->quiet, "No progress bar");
     command->callback([options] { run(*options); });
 }

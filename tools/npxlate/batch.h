@@ -5,6 +5,7 @@
 
 #include "catalogue/catalogue.h"
 #include "io/input.h"
+#include "npxlate/entry_translator.h"
 #include "npxlate/output.h"
 #include "npxlate/progress.h"
 #include "npxlate/translation.h"
@@ -14,7 +15,8 @@ namespace tool {
 using io::InputStream;
 
 // JSON Lines: an entry a line in, an entry a line out.
-void translate_json_lines(InputStream& input, Output& output, unsigned threads, Progress& progress);
+void translate_json_lines(const EntryTranslator::Options& options, InputStream& input, Output& output, unsigned threads,
+                          Progress& progress);
 
 // A record of an entry of binary records.
 struct RawRecord {

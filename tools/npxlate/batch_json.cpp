@@ -36,6 +36,8 @@ struct Translated {
 
 class ChunkTranslator {
 public:
+    explicit ChunkTranslator(const EntryTranslator::Options& options) : translator_{options} {}
+
     Translated translate(const io::Chunk& chunk) {
         done_ = {};
         done_.read = chunk.read;
@@ -76,7 +78,8 @@ private:
 
 }  // namespace
 
-void translate_json_lines(InputStream& input, Output& output, unsigned threads, Progress& progress) {
+void translate_json_lines(const EntryTranslator::Options& options, InputStream& input, Output& output, unsigned threads,
+                          Progress& progress) {
     const auto tell = [&progress](const std::string& message) {
         progress.clear();
         report(message);
@@ -85,7 +88,7 @@ void translate_json_lines(InputStream& input, Output& output, unsigned threads, 
     std::uint64_t translated = 0;
     std::uint64_t refused = 0;
     io::ChunkReader chunks{[&input](char* to, std::size_t room) { return input.read(to, room); }};
-    io::PerThread<ChunkTranslator> translators;
+    io::PerThread<ChunkTranslator> translators{options};
     const auto translate = [&](const io::Chunk& chunk) { return translators.local().translate(chunk); };
     const auto take = [&](const Translated& done) {
         for (const Refused& one : done.refused) {

@@ -97,11 +97,10 @@ public:
             done.entries += next == 0 ? 1 : 0;
         }
         if (at != in_.size() || next != 0) {
-            done.failed.push_back(
-                {index++, offset,
-                 fmt::format("the input ends within {}: expected {} for {}, found {}",
-                             next == 0 ? "a record" : "an entry", describe(entry_[next].length),
-                             entry_[next].translator->name, describe(in_.size() - at))});
+            done.failed.push_back({index++, offset,
+                                   fmt::format("the input ends within {}: expected {} for {}, found {}",
+                                               next == 0 ? "a record" : "an entry", describe(entry_[next].length),
+                                               entry_[next].translator->name, describe(in_.size() - at))});
         }
         done.bytes.resize(written);
         done.records_end = index;

@@ -41,9 +41,10 @@ const Translator& find_subject(const Options& options) {
     }
     const Translator& translator = find_translator(options.table_or_name);
     if (translator.role == Role::reverse) {
-        throw WrongInput{fmt::format("{} takes a physical record: expected a key or result translator, whose logical "
-                                     "record is built",
-                                     translator.name)};
+        throw WrongInput{
+            fmt::format("{} takes a physical record: expected a key or result translator, whose logical "
+                        "record is built",
+                        translator.name)};
     }
     return translator;
 }
@@ -127,8 +128,9 @@ void add_build(CLI::App& app) {
     command->footer("Example: npxlate build 4 nexthop_ip=192.0.2.1 L0.5=1 --names names.toml");
     const auto options = std::make_shared<Options>();
     command->add_option("TABLE_OR_NAME", options->table_or_name, table_or_name_help)->required();
-    command->add_option("NAME=VALUE", options->assignments,
-                        "What to set: a name of the names file, or logical bits (L3.4, L3.4-2, L12, L12-15); the rest is 0");
+    command->add_option(
+        "NAME=VALUE", options->assignments,
+        "What to set: a name of the names file, or logical bits (L3.4, L3.4-2, L12, L12-15); the rest is 0");
     CLI::Option* const key = command->add_flag("--key", options->key, "The key of the table");
     command->add_flag("--result", options->result, "The result of the table, as without an option")->excludes(key);
     options->from_option = command->add_option("--from", options->from, "Change this logical record, given as hex");

@@ -2,12 +2,16 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include <fmt/format.h>
 
 #include "npxlate/error.h"
 #include "npxlate/hex.h"
 #include "npxlate/lookup.h"
+#include "npxlate/names_option.h"
 #include "npxlate/output.h"
 #include "npxlate/taken.h"
 
@@ -19,15 +23,23 @@ using catalogue::Translator;
 using Member = io::Entry::Member;
 
 const std::array<std::string_view, EntryTranslator::known_count> EntryTranslator::names{
-    "table", "type", "logical_key", "key", "result", "physical_key", "physical_result", "logical_result"};
+    "table",  "type",         "logical_key",     "key",           "result", "key_fields",
+    "fields", "physical_key", "physical_result", "logical_result"};
 
-const std::array<EntryTranslator::Step, 3> EntryTranslator::steps{{
+const std::array<EntryTranslator::Step, 5> EntryTranslator::steps{{
     {key, physical_key, Role::key},
     {result, physical_result, Role::result},
+    {key_fields, physical_key, Role::key, true},
+    {fields, physical_result, Role::result, true},
     {physical_result, logical_result, Role::reverse},
 }};
 
-EntryTranslator::EntryTranslator() {
+const std::array<EntryTranslator::Step, 2> EntryTranslator::decoding{{
+    {physical_key, key, Role::key},
+    {physical_result, result, Role::result},
+}};
+
+EntryTranslator::EntryTranslator(const Options& options) : options_{options} {
     for (unsigned id = 0; id < NPXLATE_TABLE_COUNT; ++id) {
         for (const Role role : {Role::key, Role::result, Role::reverse}) {
             of_table_[id][static_cast<std::size_t>(role)] = &catalogue::of_table(id, role);
@@ -46,11 +58,19 @@ void EntryTranslator::translate(std::string_view line, std::string& text) {
         for (const Member& member : entry_.members()) {
             text += separator;
             text += '"';
-            if (const Step* const step = step_of(member)) {
+            const Step* const step = step_of(member);
+            if (step != nullptr && step->by_name) {
+                text += fmt::format("{}\":{},\"", member.written, member.value);
+            }
+            if (step != nullptr) {
                 text += names[step->to];
                 text += "\":\"";
-                write_record(text, *step);
-                text += '"';
+                if (options_.decode) {
+                    write_decoded(text, *step);
+                } else {
+                    write_record(text, *step);
+                    text += '"';
+                }
             } else {
                 text += member.written;
                 text += "\":";
@@ -84,8 +104,13 @@ void EntryTranslator::check() const {
     if (member(table) == nullptr) {
         throw WrongInput{R"(expected "table", a table id or a translator's name)"};
     }
+    for (const auto& [record, by_name] : {std::pair{key, key_fields}, std::pair{result, fields}}) {
+        if (member(record) != nullptr && member(by_name) != nullptr) {
+            throw WrongInput{fmt::format("expected \"{}\" or \"{}\", found both", names[record], names[by_name])};
+        }
+    }
     bool translates = false;
-    for (const Step& step : steps) {
+    for (const Step& step : all_steps()) {
         if (member(step.from) == nullptr || step_of(*member(step.from)) == nullptr) {
             continue;
         }
@@ -96,16 +121,21 @@ void EntryTranslator::check() const {
                             names[step.to], names[step.from])};
         }
     }
+    if (!translates && options_.decode) {
+        throw WrongInput{R"(expected "physical_key" or "physical_result")"};
+    }
     if (!translates) {
-        throw WrongInput{R"(expected "key", "result" or "physical_result")"};
+        throw WrongInput{R"(expected "key", "result", "key_fields", "fields" or "physical_result")"};
     }
 }
 
 // With a logical record in the entry, the physical ones are not what is asked about.
 const EntryTranslator::Step* EntryTranslator::step_of(const Member& member) const {
-    const bool forward = this->member(key) != nullptr || this->member(result) != nullptr;
-    for (const Step& step : steps) {
-        if (&member == this->member(step.from) && forward == (step.role != Role::reverse)) {
+    const bool forward = std::ranges::any_of(
+        steps, [this](const Step& step) { return step.role != Role::reverse && this->member(step.from) != nullptr; });
+    for (const Step& step : all_steps()) {
+        const bool is_asked_for = options_.decode || forward == (step.role != Role::reverse);
+        if (&member == this->member(step.from) && is_asked_for) {
             return &step;
         }
     }
@@ -154,9 +184,64 @@ FourthArgument EntryTranslator::argument_for(const Translator& translator) {
     return argument;
 }
 
-void EntryTranslator::write_record(std::string& text, const Step& step) {
+// {"nexthop": "192.0.2.1", "L0.3": 1}: what is not said is 0.
+void EntryTranslator::read_fields(const Step& step, const Translator& translator) {
+    try {
+        const Json json = Json::parse(member(step.from)->value);
+        if (!json.is_object()) {
+            throw WrongInput{R"(expected names and positions with their values, such as {"nexthop": "192.0.2.1"})"};
+        }
+        std::vector<names::Assignment> assignments;
+        for (const auto& [name, value] : json.items()) {
+            if (!value.is_string() && !value.is_number_integer() && !value.is_boolean()) {
+                throw WrongInput{fmt::format("{}: expected a string, a whole number, true or false", name)};
+            }
+            assignments.push_back({name, value.is_string() ? value.get<std::string>() : value.dump()});
+        }
+        const std::string_view said = member(table)->value;
+        const std::optional<unsigned> id = io::is_string(said) ? std::nullopt : table_id(said);
+        const names::Record* const record = options_.names == nullptr ? nullptr : options_.names->of(translator, id);
+        if (record == nullptr && !translator.in().fixed()) {
+            throw WrongInput{fmt::format("{} takes records of {}: expected names that say the size", translator.name,
+                                         describe(translator.in()))};
+        }
+        in_ = names::entry_from_fields(Bytes(record == nullptr ? translator.in().most : record->size), record,
+                                       assignments);
+    } catch (const WrongInput& error) {
+        throw WrongInput{fmt::format("\"{}\": {}", names[step.from], error.what())};
+    }
+}
+
+std::span<const EntryTranslator::Step> EntryTranslator::all_steps() const {
+    return options_.decode ? std::span<const Step>{decoding} : std::span<const Step>{steps};
+}
+
+// The rest of the member, and how many other forms there are.
+void EntryTranslator::write_decoded(std::string& text, const Step& step) {
     const Translator& translator = translator_for(step.role);
     read_hex(step.from, in_);
+    std::unique_ptr<decode::Decoder>& decoder = decoders_[&translator];
+    if (!decoder) {
+        decoder = std::make_unique<decode::Decoder>(translator);
+    }
+    if (!decoder->makes(in_.size())) {
+        throw WrongInput{fmt::format("{} makes no records of {} bytes", translator.name, in_.size())};
+    }
+    const decode::Decoder::Best best = decoder->best(in_);
+    if (!best.found) {
+        throw NotDone{fmt::format("\"{}\": {} gives these bytes for no record", names[step.from], translator.name)};
+    }
+    append_hex(text, best.record);
+    text += fmt::format("\",\"{}_others\":{}", names[step.to], best.others);
+}
+
+void EntryTranslator::write_record(std::string& text, const Step& step) {
+    const Translator& translator = translator_for(step.role);
+    if (step.by_name) {
+        read_fields(step, translator);
+    } else {
+        read_hex(step.from, in_);
+    }
     check_record(translator, in_);
     out_.fill(0);
     const Reply reply = tool::translate(translator, in_.data(), in_.size(), out_.data(), argument_for(translator));

@@ -267,7 +267,8 @@ void run_all(const Options& options) {
     }
     bool first = true;
     for (const Translator& translator : catalogue::translators()) {
-        print((first ? "" : "\n\n") + to_text(explain::layout_of(translator), Naming{std::nullopt}, options.forms, style_of_stdout()));
+        print((first ? "" : "\n\n") +
+              to_text(explain::layout_of(translator), Naming{std::nullopt}, options.forms, style_of_stdout()));
         first = false;
     }
 }

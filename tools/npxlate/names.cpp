@@ -43,9 +43,10 @@ const catalogue::Translator& find_subject(const ImportOptions& options) {
     if (options.role.empty() && !table_id(options.table_or_name)) {
         const catalogue::Translator& translator = find_translator(options.table_or_name);
         if (translator.role == Role::reverse) {
-            throw WrongInput{fmt::format("{} is a reverse translator: expected the key or result translator of a "
-                                         "logical record",
-                                         translator.name)};
+            throw WrongInput{
+                fmt::format("{} is a reverse translator: expected the key or result translator of a "
+                            "logical record",
+                            translator.name)};
         }
         return translator;
     }
@@ -111,8 +112,9 @@ void add_import(CLI::App& command) {
     import->add_option("--bytes", options->bytes, "The size of the record, where the table takes several");
     import->add_option("--as", options->as, "NAME=STYLE: how to write the value (see npxlate names --help)");
     import->add_option("-o,--output", options->output, "Write this file instead of standard output");
-    import->callback([options] { run_import(*options); });
-}
+    import->callback([options] { run_import(*options);
+});
+}  // namespace
 
 // ---- list
 
@@ -219,13 +221,14 @@ void add_list(CLI::App& command) {
     list_command->callback([options] { run_list(*options); });
 }
 
-}  // namespace
+}  // namespace tool
 
 void add_names(CLI::App& app) {
     CLI::App* const command =
         app.add_subcommand("names", "Take the names of records from a program's debug information");
-    command->footer("Values are written as number, signed, hex, flag, label, ipv4, ipv6, mac, bytes or words.\n"
-                    "Example: npxlate names list --elf card");
+    command->footer(
+        "Values are written as number, signed, hex, flag, label, ipv4, ipv6, mac, bytes or words.\n"
+        "Example: npxlate names list --elf card");
     command->require_subcommand(1);
     add_import(*command);
     add_list(*command);

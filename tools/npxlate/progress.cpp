@@ -26,8 +26,8 @@ std::string remaining(std::chrono::steady_clock::duration elapsed, std::uint64_t
     if (elapsed < least_told || done == 0) {
         return "";
     }
-    const double left = std::chrono::duration<double>{elapsed}.count() * static_cast<double>(size - done) /
-                        static_cast<double>(done);
+    const double left =
+        std::chrono::duration<double>{elapsed}.count() * static_cast<double>(size - done) / static_cast<double>(done);
     const auto seconds = static_cast<std::uint64_t>(left + 0.5);
     return seconds < 60 ? fmt::format(", {} s left", seconds)
                         : fmt::format(", {} min {} s left", seconds / 60, seconds % 60);
