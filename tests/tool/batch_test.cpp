@@ -165,7 +165,7 @@ TEST(JsonLines, SayWhatIsWrong) {
          "entries one a line)"},
         {"3", R"(expected an entry, {"table": ..., "key": ..., "result": ...})"},
         {R"({"key":"00"})", "expected \"table\", a table id or a translator's name"},
-        {R"({"table":1})", R"(expected "key", "result" or "physical_result")"},
+        {R"({"table":1})", R"(expected "key", "result", "key_fields", "fields" or "physical_result")"},
         {R"({"table":128,"key":"00"})",
          "\"table\": expected a table id from 0 to 127 or a translator's name, found 128"},
         {R"({"table":-1,"key":"00"})", "\"table\": expected a table id from 0 to 127 or a translator's name, found -1"},
@@ -188,7 +188,7 @@ TEST(JsonLines, SayWhatIsWrong) {
          R"("physical_key" is there already, and "key" would be translated to it: expected one of them)"},
         {R"({"table":1,"physical_result":"00","logical_result":"00"})",
          R"("logical_result" is there already, and "physical_result" would be translated to it: expected one of them)"},
-        {R"({"table":1,"physical_key":"00"})", R"(expected "key", "result" or "physical_result")"},
+        {R"({"table":1,"physical_key":"00"})", R"(expected "key", "result", "key_fields", "fields" or "physical_result")"},
         {R"({"table":52,"physical_result":")" + zeros(32) + "\"}",
          "ipmc_encap_logical_res_xlate needs the type of the entry: expected \"type\": N"},
         {R"({"table":52,"type":"x","physical_result":")" + zeros(32) + "\"}",
@@ -447,7 +447,7 @@ TEST(Raw, TakesSeveralTranslators) {
 TEST(Raw, TakesTheShorterForm) {
     const Outcome outcome =
         run({"batch", "--raw", "result:30:4", "--rejected", "omit"}, {.input = std::string("\0\1\2\3\1\1\2\3", 8)});
-    EXPECT_EQ(outcome.out, std::string("\x91\1\2\3\0\0\0\0", 8));
+    EXPECT_EQ(outcome.out, std::string("\x91\0\0\0\1\2\3\0", 8));
     EXPECT_EQ(outcome.status, 1);
 }
 

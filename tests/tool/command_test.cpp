@@ -128,12 +128,12 @@ TEST(Record, MayHaveTheShorterOfTwoForms) {
         {"result", "92", zeros(8)}, 2,
         "velox_esi_info_type_xlate_result takes a logical record of 9 bytes (or 8 if L0 is not 0, or 12, as read "
         "back), but 8 bytes came");
-    EXPECT_EQ(run({"result", "30", "00010203"}).out, "9101020300000000\n");
+    EXPECT_EQ(run({"result", "30", "00010203"}).out, "9100000001020300\n");
     expect_error({"result", "30", "01010203"}, 2,
                  "evpn_mh_peer_type_xlate_result takes a logical record of 10 bytes (or 4 if L0.0 is clear, or 12, as "
                  "read back), but 4 bytes came");
     EXPECT_EQ(run({"batch"}, {.input = "{\"table\":30,\"result\":\"00010203\"}\n"}).out,
-              "{\"table\":30,\"physical_result\":\"9101020300000000\"}\n");
+              "{\"table\":30,\"physical_result\":\"9100000001020300\"}\n");
     EXPECT_EQ(run({"explain", "30", "00010203"}).status, 0);
 }
 
@@ -379,7 +379,7 @@ TEST(Suggestion, IsThereForWhateverHasANameOfItsOwn) {
     EXPECT_EQ(suggestion({"round", "4"}), "roundtrip");
     EXPECT_EQ(suggestion({"registers", "prase"}), "parse");
     EXPECT_EQ(suggestion({"tables", "--jsn"}), "--json");
-    EXPECT_EQ(suggestion({"batch", "--logical-key", "00"}), "--key");
+    EXPECT_EQ(suggestion({"batch", "--treads", "2"}), "--threads");
 }
 
 TEST(TableOrName, IsRefusedForAnotherRole) {

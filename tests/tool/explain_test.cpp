@@ -64,9 +64,9 @@ TEST(Explain, DrawsARecord) {
     // Table 17's key: L0-5 turned round, then L6-7.
     EXPECT_EQ(expect_done({"explain", "17", "--role", "key", "0102030405060708"}).out,
               "vrrp_vmac_entry_st_xlate_key, key of table 17\n"
+              "record    VRRP virtual MAC address\n"
               "status    NPXLATE_OK, length 8\n"
-              "variant   every record\n"
-              "layouts   every key\n"
+              "form      every record\n"
               "\n"
               "The record that goes in, 8 bytes\n"
               "     +--------+--------+--------+--------+--------+--------+--------+--------+\n"
@@ -82,8 +82,8 @@ TEST(Explain, DrawsARecord) {
               "     |mmmmmmmm|mmmmmmmm|mmmmmmmm|mmmmmmmm|mmmmmmmm|mmmmmmmm|mmmmmmmm|mmmmmmmm|\n"
               "     +--------+--------+--------+--------+--------+--------+--------+--------+\n"
               "     m moved\n"
-              "P0-5              060504030201        L0-5, bytes reversed\n"
-              "P6-7              0708                L6-7\n");
+              "P0-5              060504030201        L0-5, bytes reversed (MAC address)\n"
+              "P6-7              0708                L6-7 (qualifier)\n");
 }
 
 TEST(Explain, SaysTheSameAsJson) {
@@ -92,7 +92,8 @@ TEST(Explain, SaysTheSameAsJson) {
     EXPECT_EQ(explained["translator"], "rx_adjacency_type_xlate_result");
     EXPECT_EQ(explained["role"], "result");
     EXPECT_EQ(explained["tables"], json::parse("[4]"));
-    EXPECT_EQ(explained["variant"], "A, 24 bits");
+    EXPECT_EQ(explained["form"], "variant A, 24 bits");
+    EXPECT_EQ(explained["when"], "L0.5 and L2.0 set");
     EXPECT_EQ(explained["status_name"], "NPXLATE_OK");
     EXPECT_EQ(explained["length"], 16);
     EXPECT_EQ(explained["decides"], json::parse(R"(["L0.5", "L2.0"])"));
@@ -102,7 +103,7 @@ TEST(Explain, SaysTheSameAsJson) {
     ASSERT_NE(field, explained["fields"].end());
     EXPECT_EQ((*field)["from"], json::parse(R"(["L24-27"])"));
     EXPECT_EQ((*field)["kind"], "reversed");
-    EXPECT_EQ((*field)["layout"], "every record");
+    EXPECT_EQ((*field)["layout"], nullptr);
     EXPECT_EQ(explained["bits"]["P3.7"], json::parse(R"({"value": 1, "kind": "copied", "from": ["L0.5"]})"));
     EXPECT_EQ(explained["bits"]["P12.0"], json::parse(R"({"value": 0, "kind": "cleared", "from": []})"));
     EXPECT_EQ(explained["bits"].size(), 8U * 16U);
@@ -121,7 +122,7 @@ TEST(Explain, ShowsWhatARejectedRecordLeft) {
 TEST(Explain, TakesTheFourthArgument) {
     const json explained =
         json::parse(expect_done({"explain", "52", "--role", "reverse", "--type", "3", "--json", bytes(32, "")}).out);
-    EXPECT_EQ(explained["variant"], "type 3");
+    EXPECT_EQ(explained["when"], "the entry type is 3");
     EXPECT_EQ(explained["out"], bytes(48, "03000000"));
     expect_error({"explain", "52", "--role", "reverse", bytes(32, "")}, 2,
                  "ipmc_encap_logical_res_xlate needs the type of the entry: expected --type N");
@@ -178,7 +179,9 @@ TEST(Roundtrip, ListsWhatCameBack) {
               "L15 lost (was aa)\n"
               "L16-17 byte-reversed (0405 became 0504)\n"
               "L21-22 restored\n"
-              "L24-27 byte-reversed\n");
+              "L24-27 byte-reversed\n"
+              "\n"
+              "0 before and after, not carried: L0.7-6 L1.5 L1.7 L2.7-1 L3-11 L18-20 L23 L28-29\n");
 }
 
 TEST(Roundtrip, SaysTheSameAsJson) {
@@ -233,7 +236,7 @@ TEST(Roundtrip, EndsWithARejectedRecord) {
 TEST(Diff, NamesBothSides) {
     EXPECT_EQ(expect_different({"diff", "17", "--role", "key", "0102030405060708", "0102030405ff0709"}).out,
               "vrrp_vmac_entry_st_xlate_key, key of table 17\n"
-              "both: NPXLATE_OK, variant every record\n"
+              "both: NPXLATE_OK, every record\n"
               "\n"
               "Differences of the records that go in\n"
               "L0-5              010203040506 -> 0102030405ff\n"
@@ -246,7 +249,7 @@ TEST(Diff, NamesBothSides) {
               "P6-7              0708 -> 0709                from L6-7\n");
     EXPECT_EQ(expect_done({"diff", "17", "--role", "key", "0102030405060708", "0102030405060708"}).out,
               "vrrp_vmac_entry_st_xlate_key, key of table 17\n"
-              "both: NPXLATE_OK, variant every record\n"
+              "both: NPXLATE_OK, every record\n"
               "The records are the same.\n");
 }
 
@@ -254,47 +257,124 @@ TEST(Diff, SaysTheSameAsJson) {
     const json difference =
         json::parse(expect_different({"diff", "4", "--json", bytes(30, "20"), bytes(30, "40")}).out);
     EXPECT_EQ(difference["same_way"], false);
-    EXPECT_EQ(difference["first"]["variant"], "A, 32 bits");
-    EXPECT_EQ(difference["second"]["variant"], "B");
+    EXPECT_EQ(difference["first"]["form"], "variant A, 32 bits");
+    EXPECT_EQ(difference["second"]["form"], "variant B");
     EXPECT_EQ(difference["differences_in"][0], json::parse(R"({"at": ["L0.5"], "first": "1", "second": "0",
         "fate": "carried", "decides": true, "shows_at": ["P3.7"]})"));
     EXPECT_EQ(difference["differences_out"],
               json::parse(R"([{"at": ["P3.7"], "first": "1", "second": "0", "from": ["L0.5"]}])"));
 }
 
-TEST(Layout, ListsRowsVariantByVariant) {
+TEST(Layout, ListsEveryLayoutOnceWithItsCondition) {
     EXPECT_EQ(expect_done({"layout", "17", "--role", "key"}).out,
               "vrrp_vmac_entry_st_xlate_key, key of table 17\n"
+              "VRRP virtual MAC address\n"
               "in L (8 bytes), out P (8 bytes)\n"
+              "NPXLATE_OK, length 8\n"
               "\n"
-              "Variant every record\n"
-              "every key\n"
-              "  P0-5             L0-5                bytes reversed\n"
-              "  P6-7             L6-7                copied\n");
+              "every record\n"
+              "  P0-5             L0-5                bytes reversed (MAC address)\n"
+              "  P6-7             L6-7                copied (qualifier)\n");
     // Copies that are written by hand have one, too.
     EXPECT_EQ(expect_done({"layout", "generic_xlate_result"}).out,
               "generic_xlate_result, result of 52 tables\n"
+              "generic record\n"
               "in L (0 to 64 bytes), out P (0 to 64 bytes)\n"
+              "NPXLATE_OK, length 64\n"
               "\n"
-              "Variant every record\n"
-              "put by code\n"
+              "every record\n"
               "  P0-63            L0-63               copied\n"
-              "  P0.4                                 1, of the header 0x11 that is ORed into\n"
-              "                                       P0\n"
-              "  P0.0                                 1, of the header 0x11 that is ORed into\n"
-              "                                       P0\n");
+              "  P0.0                                 constant 1\n"
+              "  P0.4                                 constant 1\n");
+    const std::string leaf = expect_done({"layout", "11"}).out;
+    EXPECT_NE(leaf.find("\nL0.0 clear\n  P1.0             L0.4                inverted\n"), std::string::npos) << leaf;
+    const std::string connect = expect_done({"layout", "23"}).out;
+    EXPECT_NE(connect.find("NPXLATE_INVALID, no length stored: "), std::string::npos) << connect;
 }
 
 TEST(Layout, SaysTheSameAsJson) {
     const json layout = json::parse(expect_done({"layout", "4", "--json"}).out);
-    EXPECT_EQ(layout["variants"].size(), 10U);
-    const json& first = layout["variants"][0];
-    EXPECT_EQ(first["variant"], "A, 24 bits");
-    EXPECT_EQ(first["holds"], "L0.5=1 L2.0=1");
-    ASSERT_EQ(first["sections"].size(), 3U);
-    EXPECT_EQ(first["sections"][2]["layout"], "variant A with L2.0 set");
-    EXPECT_EQ(first["sections"][2]["rows"], json::parse(R"([{"to": ["P13-15"], "kind": "reversed",
-        "from": ["L12-14"], "text": "bytes reversed", "layout": "variant A with L2.0 set"}])"));
+    EXPECT_EQ(layout["forms"].size(), 9U);
+    const json& first = layout["forms"][0];
+    EXPECT_EQ(first["form"], "variant A, 24 bits");
+    EXPECT_EQ(first["when"], "L0.5 and L2.0 set");
+    ASSERT_EQ(first["layouts"].size(), 3U);
+    const json& last = layout["layouts"][first["layouts"][2].get<std::size_t>()];
+    EXPECT_EQ(last["layout"], "variant A, 24 bits");
+    EXPECT_EQ(last["when"], "L0.5 and L2.0 set");
+    EXPECT_EQ(last["rows"], json::parse(R"([{"to": ["P13-15"], "kind": "reversed", "from": ["L12-14"],
+        "text": "bytes reversed", "name": null, "layout": "variant A, 24 bits"}])"));
+    // Node 2 and those above are forks: a bit, and where to go on.
+    EXPECT_EQ(first["out"].size(), 8U * 16U);
+    EXPECT_EQ(first["out"][7], 1);
+    EXPECT_EQ(layout["exact"]["nodes"][first["out"][31].get<std::size_t>() - 2], json::parse(R"(["L0.5", 0, 1])"));
+}
+
+TEST(Layout, OfAllRecordsIsAText) {
+    const std::string out = expect_done({"layout", "--all"}).out;
+    for (const char* const heading :
+         {"rx_adjacency_type_xlate_key, key of table 4\n", "\nvidmon_rtp_pt_xlate_result, "}) {
+        EXPECT_NE(out.find(heading), std::string::npos) << heading;
+    }
+    EXPECT_LE(widest_line(out), 80U);
+    expect_error({"layout", "4", "--all"}, 2,
+                 "--all lists every record as text: expected no table or name, --length or --json beside it");
+    expect_error({"layout"}, 2, "TABLE_OR_NAME is missing: expected a table id (0 to 127) or a translator's name");
+}
+
+TEST(Find, GivesRecordsByPositionNameValueAndWords) {
+    EXPECT_EQ(expect_done({"find", "mirroring", "key"}).out,
+              "span_fwd_st_xlate_key, key of table 22: SPAN forwarding (mirroring)\n");
+    const std::string queue = expect_done({"find", "queue index", "table", "4"}).out;
+    EXPECT_NE(queue.find("rx_adjacency_type_xlate_result, result of table 4"), std::string::npos) << queue;
+    const json position = json::parse(expect_done({"find", "--json", "L88", "tx_adjacency_type_xlate_result"}).out);
+    ASSERT_EQ(position.size(), 1U);
+    EXPECT_EQ(position[0]["fields"][0]["to"], json::parse(R"(["P14-15"])"));
+    EXPECT_EQ(position[0]["fields"][0]["when"].get<std::string>().find("L72.2"), 0U) << position;
+    const std::string header = expect_done({"find", "0x91", "adjacency"}).out;
+    EXPECT_EQ(header.find("tx_adjacency_type_xlate_result"), std::string::npos) << header;
+    const Outcome nothing = run({"find", "no such thing"});
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_EQ(nothing.err, "npxlate: error: no record has all of: no such thing\n");
+}
+
+TEST(Decode, GivesWhatWouldHaveToBeProgrammed) {
+    const std::string physical = "9100000000000d230a00000142000000";
+    const std::string out = expect_done({"decode", "4", physical}).out;
+    EXPECT_NE(out.find("logical  4000000000000000000000004200000000000000230d00000100000a0000\n"), std::string::npos);
+    EXPECT_NE(out.find("1 other form can have made these bytes, too (--all shows it):\n  variant E\n"),
+              std::string::npos);
+    const json decoded = json::parse(expect_done({"decode", "4", "--json", physical}).out);
+    ASSERT_EQ(decoded["candidates"].size(), 2U);
+    const json& queue = decoded["candidates"][1];
+    EXPECT_EQ(queue["form"], "variant E");
+    // Without a range the index is as it stands; with range 4 or 8 the bits that it sets may have been clear.
+    ASSERT_EQ(queue["alternatives"].size(), 1U);
+    for (const json& candidate : decoded["candidates"]) {
+        EXPECT_EQ(run({"result", "4", candidate["logical"].get<std::string>()}).out, physical + "\n");
+    }
+    const Outcome damaged = run({"decode", "4", "9900000000000d230a00000142000000"});
+    EXPECT_EQ(damaged.status, 1);
+    EXPECT_NE(damaged.err.find("variant B needs P0.3 = 0"), std::string::npos) << damaged.err;
+    expect_error({"decode", "4", "91"}, 2,
+                 "1 bytes: rx_adjacency_type_xlate_result makes records of other lengths: expected 16");
+    expect_error({"decode", "4", "--role", "reverse", physical}, 2,
+                 "rx_adjacency_type_logical_xlate_result reads records back: expected a key or a result translator, "
+                 "whose records are on the card");
+}
+
+TEST(Decode, OfABatchCanBeProgrammedAgain) {
+    const std::string physical = R"({"table":4,"physical_result":"9100000000000d230a00000142000000"})"
+                                 "\n";
+    const Outcome decoded = run({"batch", "--decode"}, {.input = physical});
+    EXPECT_EQ(decoded.out,
+              R"({"table":4,"result":"4000000000000000000000004200000000000000230d00000100000a0000","result_others":1})"
+              "\n");
+    const Outcome nothing = run({"batch", "--decode"}, {.input = R"({"table":4,"physical_result":"00"})"
+                                                                 "\n"});
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_NE(nothing.err.find("line 1: rx_adjacency_type_xlate_result makes no records of 1 bytes"),
+              std::string::npos);
 }
 
 constexpr fmt::terminal_color green = fmt::terminal_color::green;

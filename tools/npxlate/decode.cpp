@@ -223,7 +223,7 @@ std::string refusal_text(const Refusal& refusal) {
 
 std::string to_text(const Translator& translator, const decode::Result& result, bool all, Style style) {
     constexpr std::size_t hanging[] = {0};
-    std::string text = heading(describe(translator), style);
+    std::string text = heading(describe(translator), style) + line(hanging, {"", catalogue::title(translator)}) + "\n";
     for (std::size_t i = 0; i < result.candidates.size(); ++i) {
         const Candidate& candidate = result.candidates[i];
         if (i == 0 || all) {

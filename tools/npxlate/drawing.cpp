@@ -111,6 +111,12 @@ std::string line(std::span<const std::size_t> widths, const std::vector<std::str
         current += cells[i] + (cells[i].empty() ? "" : " ");
         column += widths[i];
     }
+    // A narrow line leaves room for some words in the last cell.
+    constexpr std::size_t narrow = 60;
+    constexpr std::size_t least_width = 24;
+    if (page_width() < narrow) {
+        column = std::min(column, std::max(page_width(), least_width) - least_width);
+    }
     std::string_view rest = cells.back();
     bool first_word = true;
     if (!rest.empty()) {

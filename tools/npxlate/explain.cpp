@@ -237,6 +237,7 @@ std::string to_text(const Account& account, const Naming& naming, Style style) {
     const char out = explain::out_letter(translator);
     constexpr std::size_t about[] = {10};
     std::string text = heading(describe(translator), style);
+    text += line(about, {"record", catalogue::title(translator)});
     text += line(about, {"status", status_text(account)});
     text += line(about, {"form", account.form->name});
     if (!account.when.empty() && account.when != account.form->name) {

@@ -79,13 +79,15 @@ bool touches(const std::vector<Span>& spans, const Span& bits) {
 class Wanted {
 public:
     explicit Wanted(const std::string& word) : text_{lower(word)}, position_{parse_position(word)} {
-        if (const auto value = parse_number(word, 0xffffffff); value && word.starts_with("0x")) {
-            value_ = *value;
-        }
+        const auto number = parse_number(word, 0xffffffff);
+        (word.starts_with("0x") ? value_ : table_) = number;
     }
 
     // Said of the record as a whole.
     bool is_of(const Translator& translator) const {
+        if (table_) {
+            return std::ranges::count(catalogue::tables_of(translator), *table_) != 0;
+        }
         return !position_ && (lower(catalogue::title(translator)).find(text_) != std::string::npos ||
                               translator.name.find(text_) != std::string_view::npos ||
                               text_ == catalogue::to_string(translator.role));
@@ -107,7 +109,8 @@ public:
 private:
     std::string text_;
     std::optional<Position> position_;
-    std::optional<unsigned long> value_{};
+    std::optional<unsigned long> value_{};  // 0x91
+    std::optional<unsigned long> table_{};  // 4
 };
 
 struct Found {
@@ -179,8 +182,8 @@ std::string to_text(const std::vector<Found>& all, Style style) {
 void run(const Options& options) {
     std::vector<Wanted> wanted;
     for (const std::string& argument : options.words) {
-        // A quoted phrase stays together; empty words ask for nothing.
-        if (!argument.empty()) {
+        // A quoted phrase stays together; "table 4" is the same as 4.
+        if (!argument.empty() && argument != "table") {
             wanted.emplace_back(argument);
         }
     }
@@ -207,7 +210,7 @@ void add_find(CLI::App& app) {
     CLI::App* const command = app.add_subcommand("find", "Find records by position, name, value or words");
     command->footer(
         "Records are found of which, or of a field of which, every word is said: its name or title, a field's name or\n"
-        "what becomes of it, its condition. A position finds the fields that carry it; 0x91 finds constants.\n"
+        "what becomes of it, its condition. A position finds the fields that carry it, a number the table, 0x91 constants.\n"
         "Examples: npxlate find L12-15\n"
         "          npxlate find \"queue index\" result");
     const auto options = std::make_shared<Options>();
