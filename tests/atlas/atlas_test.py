@@ -358,11 +358,11 @@ class Atlas(unittest.TestCase):
         self.paste("")
 
     def test_all_sources_of_a_value_are_told(self):
-        # More than 64 hops count as none: a hop byte of 1 can be either.
+        # More than 64 hops count as one: a hop byte of 3 can be either.
         self.go("ip_leaf_st_xlate_result")
-        [physical] = self.truth.translate([("ip_leaf_st_xlate_result", "result", bytes(64), 0)])
+        [physical] = self.truth.translate([("ip_leaf_st_xlate_result", "result", bytes([0, 0, 0, 0, 1]) + bytes(59), 0)])
         self.assertIn("can have made them", self.paste(physical, "P"))
-        self.assertIn("L4 = 0 or 65 and more", self.text("#pasted"))
+        self.assertIn("L4 = 1 or 65 and more", self.text("#pasted"))
         self.paste("")
 
     def test_the_fourth_argument_is_asked_for(self):
