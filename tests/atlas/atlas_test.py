@@ -204,8 +204,10 @@ class Atlas(unittest.TestCase):
         self.type_into("search", "no such record")
         self.assertEqual(self.listed(), [])
         self.assertEqual(self.text("#found"), f"0 of {len(exported_translators())} translators")
-        # Only one logical record has more than 167 bytes; it goes in and comes back.
+        # Only one logical record is as long; it goes in and comes back. L167 is carried neither way.
         self.type_into("search", "L167.7")
+        self.assertEqual(self.listed(), [])
+        self.type_into("search", "L146.7")
         self.assertEqual(self.listed(), ["nr_ldi_entry_st_result", "nr_ldi_entry_st_logical_xlate_result"])
 
     def test_the_search_answers_questions(self):
@@ -356,10 +358,11 @@ class Atlas(unittest.TestCase):
         self.paste("")
 
     def test_all_sources_of_a_value_are_told(self):
-        # More than 64 hops count as none: a hop byte of 1 can be either.
+        # More than 64 hops count as one: a hop byte of 3 can be either.
         self.go("ip_leaf_st_xlate_result")
-        self.assertIn("can have made them", self.paste("1100 0001" + "00" * 28, "P"))
-        self.assertIn("L4 = 0 or 65 and more", self.text("#pasted"))
+        [physical] = self.truth.translate([("ip_leaf_st_xlate_result", "result", bytes([0, 0, 0, 0, 1]) + bytes(59), 0)])
+        self.assertIn("can have made them", self.paste(physical, "P"))
+        self.assertIn("L4 = 1 or 65 and more", self.text("#pasted"))
         self.paste("")
 
     def test_the_fourth_argument_is_asked_for(self):
@@ -466,9 +469,11 @@ class Atlas(unittest.TestCase):
                 self.assertTrue(form["status"] != 0 or form["length"] is None, what)
                 continue
             # The tool's buffer was 0; the cells say nothing of what is left as the caller had it.
-            # More may be written than the length that is stored says.
-            self.assertEqual(seen["out"].replace("~", "0")[:4 * len(out)], bits_of(out), what)
+            # More may be written than the length that is stored says, and less than the buffer holds.
+            self.assertEqual(seen["out"].replace("~", "0").ljust(4 * len(out), "0")[:4 * len(out)], bits_of(out), what)
             self.assertTrue(all(layout.is_left_alone(form, at) for at, bit in enumerate(seen["out"]) if bit == "~"), what)
+            if set(seen["out"]) == {"~"}:
+                continue  # any bytes can stand there after it
             self.assertIn(form["form"], seen["sources"], what)
             for source in seen["bytes"]:
                 backwards.append((layout.name, layout.role, bytes(source["in"]), argument, out, source["left"], what))

@@ -326,12 +326,8 @@ std::string data() {
         translators.push_back(translator_to_json(translator, texts));
     }
     const std::string text =
-        json{{"kinds", kinds_to_json()},
-             {"statuses", statuses_to_json()},
-             {"titles", titles_to_json()},
-             {"txAdjKeyMax", TX_ADJ_KEY_MAX},
-             {"texts", texts.items()},
-             {"translators", std::move(translators)}}
+        json{{"kinds", kinds_to_json()},      {"statuses", statuses_to_json()}, {"titles", titles_to_json()},
+             {"txAdjKeyMax", TX_ADJ_KEY_MAX}, {"texts", texts.items()},         {"translators", std::move(translators)}}
             .dump();
     std::string safe;
     for (const char c : text) {

@@ -223,7 +223,7 @@ function fieldOf(translator, number) {
 function bitsOf(form) {
   if (form.bits) return form.bits;
   const { translator, set } = form;
-  const out = Array.from({ length: 8 * Math.max(form.bytes, lengths(translator, outSide(translator))[1]) }, () => ({ kind: "cleared", links: [], from: [], field: null }));
+  const out = Array.from({ length: 8 * Math.max(form.bytes, lengths(translator, outSide(translator))[1]) }, (_, bit) => ({ kind: bit < 8 * form.bytes ? "cleared" : "left_alone", links: [], from: [], field: null }));
   const into = Array.from({ length: 8 * lengths(translator, inSide(translator))[1] }, () => ({ to: [], computes: [], steers: false, field: null }));
   let functions = 0;
   for (const field of form.fields.map((number) => fieldOf(translator, number))) {
@@ -307,7 +307,6 @@ function formsOf(translator, bytes, given) {
 
 // Whether the form can have been what such bytes came from: one that rejects its record, or writes nothing, can not.
 const canHaveMade = (form, bytes) => form.status === 0 && !(form.length === null && form.translator.hidesFailures)
-  && (bytes.length === form.bytes || bytes.length === form.length)
   && (bytes.length === 0 || bitsOf(form).out.some(({ kind }) => kind !== "left_alone"));
 
 // What a form that made these bytes was given; `against` if it cannot have made them: the bits that it would make otherwise.
@@ -371,7 +370,10 @@ function sourceOf(form, bytes, given) {
 function sourcesOf(translator, bytes, given) {
   // What earlier records left behind.
   for (const set of translator.sets) set.forget();
-  const all = translator.sets.flatMap((set) => set.forms).filter((form) => canHaveMade(form, bytes))
+  const forms = translator.sets.flatMap((set) => set.forms).filter((form) => canHaveMade(form, bytes));
+  const asLong = forms.filter((form) => bytes.length === form.bytes || bytes.length === form.length);
+  // What lies beyond what a form writes is as the caller had it.
+  const all = (asLong.length ? asLong : forms.filter((form) => form.bytes <= bytes.length))
     .map((form) => sourceOf(form, bytes, given));
   const can = all.filter((one) => !one.against).sort((a, b) => a.open - b.open);
   const distance = (one) => one.against.length + (one.condition ? 1 : 0);
