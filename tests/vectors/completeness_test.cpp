@@ -210,29 +210,46 @@ private:
                 const auto answer = [&, changed = node](const Form&, std::size_t asked_question, std::size_t) {
                     return asked_question == question ? changed : forms_.questions()[asked_question].node;
                 };
-                change_ways(answer, "question \"" + forms_.questions()[question].words + "\", " + name);
+                // All others go the same way as before.
+                std::vector<std::size_t> concerned;
+                for (std::size_t vector = 0; vector < vectors_.size(); ++vector) {
+                    if (holds(node, vector) != holds(asked, vector)) {
+                        concerned.push_back(vector);
+                    }
+                }
+                change_ways(answer, concerned, "question \"" + forms_.questions()[question].words + "\", " + name);
             }
         }
         for (const Form& form : forms_.all()) {
             for (std::size_t at = 0; at < form.answers.size(); ++at) {
                 // Here and only here: where all answers before are those of this form.
-                const auto answer = [&](const Form& other, std::size_t asked_question, std::size_t depth) {
-                    const bool here =
-                        depth == at &&
-                        std::equal(form.answers.begin(), form.answers.begin() + static_cast<std::ptrdiff_t>(at),
-                                   other.answers.begin(), [](const auto& a, const auto& b) {
-                                       return a.question == b.question && a.yes == b.yes;
-                                   });
-                    return !here ? forms_.questions()[asked_question].node : form.answers[at].yes ? never : always;
+                const auto comes_here = [&](const Form& other) {
+                    const auto same = [](const auto& a, const auto& b) {
+                        return a.question == b.question && a.yes == b.yes;
+                    };
+                    return other.answers.size() > at &&
+                           std::equal(form.answers.begin(), form.answers.begin() + static_cast<std::ptrdiff_t>(at),
+                                      other.answers.begin(), same);
                 };
-                change_ways(answer,
+                const auto answer = [&](const Form& other, std::size_t asked_question, std::size_t depth) {
+                    return depth != at || !comes_here(other) ? forms_.questions()[asked_question].node
+                           : form.answers[at].yes            ? never
+                                                             : always;
+                };
+                std::vector<std::size_t> concerned;
+                for (const auto& [other, of] : of_form_) {
+                    if (comes_here(*other) && other->answers[at].yes == form.answers[at].yes) {
+                        concerned.insert(concerned.end(), of.begin(), of.end());
+                    }
+                }
+                change_ways(answer, concerned,
                             form.name + " without \"" + forms_.questions()[form.answers[at].question].words + "\"");
             }
         }
     }
 
     template <typename Answer>
-    void change_ways(Answer&& answer, const std::string& what) {
+    void change_ways(Answer&& answer, const std::vector<std::size_t>& concerned, const std::string& what) {
         // Under what condition a record now gets which form.
         const auto follows = [&](const Form& form, auto&& check) {
             for (std::size_t depth = 0; depth < form.answers.size(); ++depth) {
@@ -243,7 +260,8 @@ private:
             return true;
         };
         bool detected = false;
-        for (std::size_t vector = 0; !detected && vector < vectors_.size(); ++vector) {
+        for (std::size_t i = 0; !detected && i < concerned.size(); ++i) {
+            const std::size_t vector = concerned[i];
             for (const Form& form : forms_.all()) {
                 if (follows(form, [&](Node node, bool yes) { return holds(node, vector) == yes; })) {
                     detected = !gives(form, vector);
