@@ -31,9 +31,11 @@ InputStream::~InputStream() {
 }
 
 std::size_t InputStream::read(char* to, std::size_t room) {
-    while (true) {
+    while (!ended_) {
         const ssize_t count = ::read(descriptor_, to, room);
         if (count >= 0) {
+            // A terminal would be asked again behind its end.
+            ended_ = count == 0 && room > 0;
             return static_cast<std::size_t>(count);
         }
         if (errno == EAGAIN) {
@@ -43,6 +45,7 @@ std::size_t InputStream::read(char* to, std::size_t room) {
             throw WrongInput{fmt::format("cannot read {}: {}", name_, std::generic_category().message(errno))};
         }
     }
+    return 0;
 }
 
 std::string InputStream::read_all(std::size_t most) {

@@ -36,6 +36,7 @@ public:
 private:
     std::string name_;
     int descriptor_;
+    bool ended_ = false;
 };
 
 }  // namespace io
