@@ -146,13 +146,16 @@ TEST(Surprises, EveryTraitOfATranslatorWithoutTableIsNamed) {
 // Nothing on the page has another name than the library gives it.
 TEST(Surprises, NamesOnlyWhatThereIs) {
     const std::string text = page();
+    const std::string header = contents(NPXLATE_HEADER);
     std::set<std::string> unknown;
     for (std::size_t at = text.find('`'); at != std::string::npos;) {
         const std::size_t end = text.find('`', at + 1);
         ASSERT_NE(end, std::string::npos);
         const std::string name = text.substr(at + 1, end - at - 1);
         const bool is_translator = name.find("xlate") != std::string::npos && name.find(' ') == std::string::npos;
-        if (is_translator && catalogue::find(name) == nullptr) {
+        // The header has a few inline functions besides.
+        const bool is_inline = name.ends_with("()") && header.find(" " + name.substr(0, name.size() - 1)) != std::string::npos;
+        if (is_translator && !is_inline && catalogue::find(name) == nullptr) {
             unknown.insert(name);
         }
         at = text.find('`', end + 1);
