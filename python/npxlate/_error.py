@@ -27,6 +27,8 @@ class NpxlateError(ValueError):
         The record that went in as the translator left it: a few change it, even if they refuse it.
     """
 
+    __module__ = "npxlate"  # where its users find it
+
     reason: str
     status: Optional[int]
     status_name: Optional[str]

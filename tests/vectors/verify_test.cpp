@@ -93,7 +93,7 @@ TEST(VerifyCommand, TellsWhatDiffersInFields) {
     const Outcome outcome = verify_with("moves_a_bit", lines);
     EXPECT_EQ(outcome.status, 1) << outcome.err;
     EXPECT_TRUE(has(outcome.out, translator + " (result of table 17): differs in P6.3\n")) << outcome.out;
-    EXPECT_TRUE(has(outcome.out, "  P6.3 is 0, expected 1; from L4-7\n")) << outcome.out;
+    EXPECT_TRUE(has(outcome.out, "  P6.3 is 1, expected 0; from L4-7\n")) << outcome.out;
     EXPECT_TRUE(has(outcome.err, "different: ")) << outcome.err;
 }
 

@@ -422,16 +422,20 @@ public:
     Watched(const Watched&) = delete;
     Watched& operator=(const Watched&) = delete;
 
-    void now(std::uint64_t line, const Translator& translator) { *static_cast<Now*>(memory_) = {line, &translator}; }
+    void now(std::uint64_t line, const Translator& translator) {
+        Now& now = *static_cast<Now*>(memory_);
+        now.line = line;
+        now.name[translator.name.copy(now.name.data(), now.name.size() - 1)] = '\0';
+    }
     std::string what() const {
         const Now& now = *static_cast<const Now*>(memory_);
-        return now.translator == nullptr ? "loading it" : fmt::format("line {}, {}", now.line, now.translator->name);
+        return now.line == 0 ? "loading it" : fmt::format("line {}, {}", now.line, now.name.data());
     }
 
 private:
     struct Now {
         std::uint64_t line;
-        const Translator* translator;
+        std::array<char, 64> name;  // a pointer would be another in the other process
     };
     void* memory_;
 };
