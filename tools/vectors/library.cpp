@@ -86,8 +86,7 @@ Done Library::run(const Translator& translator, const Call& call) const {
     if (translator.forward != nullptr) {
         status = reinterpret_cast<npxlate_result_fn*>(called)(in.data(), call.length, out.data(), &length);
     } else if (translator.reverse_by_type != nullptr) {
-        status =
-            reinterpret_cast<npxlate_reverse_by_type_fn*>(called)(in.data(), call.length, out.data(), &call.type);
+        status = reinterpret_cast<npxlate_reverse_by_type_fn*>(called)(in.data(), call.length, out.data(), &call.type);
     } else if (translator.reverse_by_key != nullptr) {
         status =
             reinterpret_cast<npxlate_reverse_by_key_fn*>(called)(in.data(), call.length, out.data(), call.key.data());
