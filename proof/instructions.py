@@ -386,8 +386,9 @@ def bit_test(s, insn):
         raise Beyond("a test of an undetermined bit")
     value, position = bits(read(s, to)), which.immediate % (8 * to.size)
     bit = value[position]
-    changed = {"bt": bit, "bts": 1, "btr": 0}[insn.mnemonic]
-    write(s, to, value[:position] + (changed,) + value[position + 1 :])
+    if insn.mnemonic != "bt":
+        changed = {"bts": 1, "btr": 0}[insn.mnemonic]
+        write(s, to, value[:position] + (changed,) + value[position + 1 :])
     s.flags = dict.fromkeys("so") | {"c": bit, "z": s.flags["z"]}
 
 

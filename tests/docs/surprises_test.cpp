@@ -30,10 +30,12 @@ std::string in_one_line(const std::string& text) {
     return line;
 }
 
-std::string page() {
-    std::ifstream file{NPXLATE_SURPRISES};
+std::string contents(const char* path) {
+    std::ifstream file{path};
     return {std::istreambuf_iterator<char>{file}, {}};
 }
+
+std::string page() { return contents(NPXLATE_SURPRISES); }
 
 // The text from a heading that starts like that up to the next one.
 std::string section(const std::string& heading) {
@@ -154,7 +156,8 @@ TEST(Surprises, NamesOnlyWhatThereIs) {
         const std::string name = text.substr(at + 1, end - at - 1);
         const bool is_translator = name.find("xlate") != std::string::npos && name.find(' ') == std::string::npos;
         // The header has a few inline functions besides.
-        const bool is_inline = name.ends_with("()") && header.find(" " + name.substr(0, name.size() - 1)) != std::string::npos;
+        const bool is_inline =
+            name.ends_with("()") && header.find(" " + name.substr(0, name.size() - 1)) != std::string::npos;
         if (is_translator && !is_inline && catalogue::find(name) == nullptr) {
             unknown.insert(name);
         }
