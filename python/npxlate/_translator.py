@@ -350,6 +350,10 @@ class Translator:
                 raise NpxlateError(f"{self.name} takes records of {self.source}: expected a size")
             size = self.source.most
         self._check_length(operator.index(size))
+        if size < self.source.least:
+            # Whether a record may be shorter depends on what is in it, and the translator reads on into the next.
+            raise NpxlateError(f"{self.name} takes records of {self.source.least} bytes one behind the other: expected "
+                               f"the shorter form of {_bytes(size)} by itself")
         if size == 0:
             raise NpxlateError("records of 0 bytes cannot be counted: expected a size of at least 1")
         if source.length % size:

@@ -60,7 +60,7 @@ TEST(VectorsCommand, IsRepeatable) { EXPECT_EQ(vectors_of({"4", "12"}).out, vect
 TEST(VectorsCommand, TakesTablesAndNames) {
     const std::string out = vectors_of({"17", "modulo_xlate_key"}).out;
     for (const char* name : {"vrrp_vmac_entry_st_xlate_key", "vrrp_vmac_entry_st_xlate_result",
-                             "vrrp_vmac_entry_st_logical_xlate_result", "modulo_xlate_key"}) {
+                             "vrrp_logical_xlate_result", "modulo_xlate_key"}) {
         EXPECT_TRUE(has(out, std::string{"\""} + name)) << name;
     }
     const Outcome outcome = vectors_of({"128"});
@@ -173,7 +173,7 @@ TEST(VerifyCommand, TellsWhatItCannotRead) {
         {R"({"table": 17, "result": "00", "physical_result": "00"})", "takes a logical record of 8 bytes"},
         {R"({"table": 17, "result": "0000000001020304"})", "expected a vector"},
         {R"({"table": 52, "physical_result": "00", "logical_result": "00"})",
-         "physical record of 32 bytes, but 1 came"}};
+         "physical record of 32 bytes, but 1 byte came"}};
     for (const auto& [line, message] : bad) {
         const Outcome outcome = verify(line + "\n" + good);
         EXPECT_EQ(outcome.status, 2) << line;
