@@ -16,11 +16,12 @@ diff <(echo "$commands") <(echo "$documented") ||
     { echo "The manual page names other commands than the tool (< tool, > page)." >&2; exit 1; }
 
 # Every option of a command is on the page, and the page has no other.
-options=$(for command in "" $commands; do
+options=$(for command in "" $commands "names import" "names list"; do
     # shellcheck disable=SC2086
     "$tool" $command --help | sed -n '/^Options:/,/^$/p' | grep -oE '^  .*--[a-z][a-z-]*' | grep -oE -- '--[a-z][a-z-]*'
 done | sort -u)
-documented=$(sed -n '/^\.Sh OPTIONS/,/^\.Sh ENVIRONMENT/s/^\.It .*Fl Fl \([a-z-]*\).*/--\1/p' "$packaging/npxlate.1" | sort -u)
+documented=$(sed -n '/^\.Sh OPTIONS/,/^\.Sh ENVIRONMENT/p' "$packaging/npxlate.1" | grep '^\.It' | grep -oE 'Fl Fl [a-z-]+' |
+    sed 's/Fl Fl /--/' | sort -u)
 diff <(echo "$options") <(echo "$documented") ||
     { echo "The manual page has other options than the tool (< tool, > page)." >&2; exit 1; }
 
@@ -46,7 +47,7 @@ status 1 batch -o /nonexistent/file
 # complete WORD...: what bash offers for the last word.
 complete_words() {
     COMP_TYPE=${COMP_TYPE-} bash -c '. "$1"; shift
-        COMP_WORDS=("$@"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); COMP_LINE="$*"; COMP_POINT=${#COMP_LINE}
+        COMP_WORDS=("$@"); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); COMP_LINE="$*"; COMP_LINE=${COMP_LINE// : /:}; COMP_POINT=${#COMP_LINE}
         _npxlate; printf "%s\n" "${COMPREPLY[@]}"' bash "$packaging/completions/npxlate" "$@"
 }
 
@@ -69,12 +70,12 @@ offers egr_port_xlate_key npxlate key --json egr
 offers span_fwd_st_xlate_result npxlate result -f entry.hex span_
 offers result: npxlate batch --raw re
 offers lag_type_xlate_key npxlate batch --raw key : lag_type
-offers lag_type_xlate_key npxlate batch --raw key:lag_type
+offers key:lag_type_xlate_key npxlate batch --raw key:lag_type  # where a colon begins no word
 offers omit npxlate batch --rejected o
 offers 4be npxlate key 5 --words 4
 offers "$packaging/npxlate.1" npxlate key 5 --file "$packaging/npxl"
 offers "$packaging/npxlate.1" npxlate atlas "$packaging/npxl"
-if complete_words npxlate key span_ | grep . >/dev/null; then
+if complete_words npxlate key span_ | grep -v "_key$" >/dev/null; then
     echo "Completes a key translator to one of another role." >&2
     exit 1
 fi
