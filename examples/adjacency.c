@@ -41,7 +41,7 @@ struct adjacency {
 int main(void) {
     const struct adjacency adjacency = {
         .queue = 0x123, .range = RANGE_EIGHT, .next.plain.mtu = 66, .nexthop = 10U << 24 | 1};
-    const unsigned char *const bytes = (const unsigned char *)&adjacency;
+    const unsigned char* const bytes = (const unsigned char*)&adjacency;
     for (size_t i = 0; i < 30; ++i) {
         printf("%02x", bytes[i]);
     }

@@ -7,7 +7,7 @@
 
 static int failed = 0;
 
-static void same(const char *what, int equal) {
+static void same(const char* what, int equal) {
     if (!equal) {
         fprintf(stderr, "%s: another address in the library than in the program\n", what);
         failed = 1;

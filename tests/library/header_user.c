@@ -21,7 +21,8 @@ int main(void) {
     const unsigned char key[3] = {1, 2, 3};
     unsigned char physical[NPXLATE_MAX_PHYSICAL_LENGTH];
     uint32_t length = 0;
-    /* A type of 1 restores nothing but itself; the last byte of a key tells of an Ethernet segment, whose L1.0 is P0.0. */
+    /* A type of 1 restores nothing but itself; the last byte of a key tells of an Ethernet segment, whose L1.0 is P0.0.
+     */
     const uint32_t type = 1;
     const unsigned char record[32] = {1};
     const unsigned char segment_key[8] = {0, 0, 0, 0, 0, 0, 0, 0xff};

@@ -22,8 +22,8 @@ struct Returned {
     std::vector<Span> at{};    // lost: in the record that went in; all others: in the record that came back
     std::vector<Span> from{};  // moved, inverted and computed: in the record that went in; lost: in the record that
                                // came back, the values that depend on it
-    bool reversed = false;  // moved: with its bytes in reverse order
-    std::string text{};     // computed: the sentence
+    bool reversed = false;     // moved: with its bytes in reverse order
+    std::string text{};        // computed: the sentence
 };
 std::string_view to_string(Returned::Kind kind);
 

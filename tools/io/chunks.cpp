@@ -7,8 +7,7 @@ namespace io {
 ChunkReader::ChunkReader(Read read, std::size_t record_bytes)
     : read_{std::move(read)},
       record_bytes_{record_bytes},
-      room_{record_bytes == 0 ? longest_line
-                              : std::max(longest_line / record_bytes, std::size_t{1}) * record_bytes},
+      room_{record_bytes == 0 ? longest_line : std::max(longest_line / record_bytes, std::size_t{1}) * record_bytes},
       next_{record_bytes == 0 ? 1U : 0U} {}
 
 std::shared_ptr<const Chunk> ChunkReader::next() {

@@ -33,9 +33,10 @@ Field field_for(const Record* names, const std::string& name) {
         return {name, parse_positions(name), Style::hex};
     }
     if (names == nullptr) {
-        throw Error{fmt::format("\"{}\" is no position, and there are no names for this record: expected logical bits "
-                                "such as L3.4, L3.4-2, L12 or L12-15, or a names file",
-                                name)};
+        throw Error{
+            fmt::format("\"{}\" is no position, and there are no names for this record: expected logical bits "
+                        "such as L3.4, L3.4-2, L12 or L12-15, or a names file",
+                        name)};
     }
     const std::string_view near = nearest(*names, name);
     throw Error{fmt::format("there is no name \"{}\": expected one of the names file or a position such as L3.4-2{}",
@@ -51,8 +52,8 @@ Bytes entry_from_fields(Bytes record, const Record* names, std::span<const Assig
         for (const Span span : field.bits) {
             for (unsigned bit = span.first_bit; bit < span.first_bit + span.width; ++bit) {
                 if (bit >= owners.size()) {
-                    throw Error{fmt::format("{} lies outside the record, which has {} bytes", assignment.name,
-                                            record.size())};
+                    throw Error{
+                        fmt::format("{} lies outside the record, which has {} bytes", assignment.name, record.size())};
                 }
                 if (!owners[bit].empty()) {
                     throw Error{fmt::format("{} and {} both set L{}.{}: expected one of them", owners[bit],

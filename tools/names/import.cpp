@@ -54,8 +54,8 @@ void apply(Record& record, const std::string& name, const std::string& text) {
     }
     const std::optional<Style> style = style_of(text);
     if (!style || *style == Style::words) {
-        throw Error{fmt::format(
-            "{}: expected number, signed, hex, flag, label, ipv4, ipv6, mac or bytes, found \"{}\"", name, text)};
+        throw Error{fmt::format("{}: expected number, signed, hex, flag, label, ipv4, ipv6, mac or bytes, found \"{}\"",
+                                name, text)};
     }
     try {
         check_style(*style, field->bits);
@@ -85,8 +85,7 @@ Imported import(const ImportRequest& request) {
     }
     if (structure.size < record.size) {
         throw Error{fmt::format("{} is smaller than the {} of {}, which has {} bytes", described(structure),
-                                catalogue::to_string(request.translator->role), request.translator->name,
-                                record.size)};
+                                catalogue::to_string(request.translator->role), request.translator->name, record.size)};
     }
     if (structure.members.empty()) {
         throw Error{fmt::format("{} has no members that can be named", described(structure))};
@@ -95,8 +94,8 @@ Imported import(const ImportRequest& request) {
     try {
         static_cast<void>(Names::parse(write(record), "as names"));
     } catch (const Error& error) {
-        throw Error{fmt::format("the debug information of {} contradicts itself: {}", described(structure),
-                                error.what())};
+        throw Error{
+            fmt::format("the debug information of {} contradicts itself: {}", described(structure), error.what())};
     }
     for (const auto& [name, style] : request.as) {
         apply(record, name, style);

@@ -17,7 +17,7 @@ struct ImportRequest {
     std::string unit{};  // the source that defines it, where several do differently
     const catalogue::Translator* translator = nullptr;
     std::optional<unsigned> table{};
-    std::size_t size = 0;                                    // of the record; 0: as long as the translator's is
+    std::size_t size = 0;                                   // of the record; 0: as long as the translator's is
     std::vector<std::pair<std::string, std::string>> as{};  // how to write the value of which name
 };
 

@@ -82,14 +82,16 @@ std::vector<Span> parse_positions(std::string_view text) {
     if (const auto spans = pieces(text)) {
         return *spans;
     }
-    throw Error{fmt::format(
-        "\"{}\" is no position: expected logical bits such as L3.4, L3.4-2, L12 or L12-15 (bytes 0 to {})", text,
-        most_bytes - 1)};
+    throw Error{
+        fmt::format("\"{}\" is no position: expected logical bits such as L3.4, L3.4-2, L12 or L12-15 (bytes 0 to {})",
+                    text, most_bytes - 1)};
 }
 
 bool is_position(std::string_view text) { return pieces(text).has_value(); }
 
-std::string positions_text(std::span<const Span> bits) { return explain::position_list('L', {bits.begin(), bits.end()}); }
+std::string positions_text(std::span<const Span> bits) {
+    return explain::position_list('L', {bits.begin(), bits.end()});
+}
 
 std::vector<std::uint16_t> bits_in_order(std::span<const Span> pieces) {
     std::vector<std::uint16_t> bits;

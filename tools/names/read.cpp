@@ -79,8 +79,8 @@ private:
                         std::string_view what) const {
         for (const auto& [key, node] : in_order(table)) {
             if (std::ranges::find(allowed, key->str()) == allowed.end()) {
-                fail(key->source(), fmt::format("{} has no \"{}\": expected {}", what, key->str(),
-                                                fmt::join(allowed, ", ")));
+                fail(key->source(),
+                     fmt::format("{} has no \"{}\": expected {}", what, key->str(), fmt::join(allowed, ", ")));
             }
         }
     }
@@ -106,8 +106,9 @@ private:
     }
 
     static std::string describe_subject(const Record& record) {
-        return record.table ? fmt::format("{} of table {}", catalogue::to_string(record.translator->role), *record.table)
-                            : fmt::format("record of {}", record.translator->name);
+        return record.table
+                   ? fmt::format("{} of table {}", catalogue::to_string(record.translator->role), *record.table)
+                   : fmt::format("record of {}", record.translator->name);
     }
 
     void read_subject(const toml::table& table, Record& record) const {
@@ -152,8 +153,8 @@ private:
             if (longest > translator.in().most) {
                 expected += fmt::format(" (or {}, as read back)", longest);
             }
-            fail(node->source(), fmt::format("the {} has {} bytes, not {}", describe_subject(record), expected,
-                                             record.size));
+            fail(node->source(),
+                 fmt::format("the {} has {} bytes, not {}", describe_subject(record), expected, record.size));
         }
     }
 
@@ -271,7 +272,8 @@ private:
         const std::uint64_t most = ~std::uint64_t{0} >> (64 - std::clamp(field.width(), 1U, 64U));
         for (Word& word : field.words) {
             const auto as_signed = static_cast<std::int64_t>(word.value);
-            const bool fits = as_signed < 0 ? as_signed >= -static_cast<std::int64_t>(most / 2) - 1 : word.value <= most;
+            const bool fits =
+                as_signed < 0 ? as_signed >= -static_cast<std::int64_t>(most / 2) - 1 : word.value <= most;
             if (!fits) {
                 fail(table.source(), fmt::format("{} has {} bit{}: its word {} = {} does not fit", field.name,
                                                  field.width(), field.width() == 1 ? "" : "s", word.word, as_signed));
@@ -310,8 +312,7 @@ private:
             for (unsigned bit = span.first_bit; bit < span.first_bit + span.width; ++bit) {
                 if (bit >= own.size()) {
                     fail(node.source(), fmt::format("{} at {} lies outside the {}, which has {} bytes", field.name,
-                                                    positions_text(field.bits), describe_subject(record),
-                                                    record.size));
+                                                    positions_text(field.bits), describe_subject(record), record.size));
                 }
                 if (own[bit]) {
                     fail(node.source(), fmt::format("{} has L{}.{} twice", field.name, bit / 8, bit % 8));
@@ -389,15 +390,16 @@ private:
             bool used = false;
             for (Field& field : record.fields) {
                 const std::string_view name = key->str();
-                const std::string_view rest = std::string_view{field.name}.substr(std::min(name.size(), field.name.size()));
+                const std::string_view rest =
+                    std::string_view{field.name}.substr(std::min(name.size(), field.name.size()));
                 if (field.name.starts_with(name) && (rest.empty() || rest.front() == '.' || rest.front() == '[')) {
                     field.when = condition;
                     used = true;
                 }
             }
             if (!used) {
-                fail(key->source(), fmt::format("there is no name \"{}\", and none that begins with \"{}.\"",
-                                                key->str(), key->str()));
+                fail(key->source(),
+                     fmt::format("there is no name \"{}\", and none that begins with \"{}.\"", key->str(), key->str()));
             }
         }
     }

@@ -303,8 +303,8 @@ private:
         visit(place);
         place.big_endian = false;
         for_each_child(type, [&](Dwarf_Die& child) {
-            place.big_endian = place.big_endian ||
-                               (dwarf_tag(&child) == DW_TAG_member && has_big_endian_type(*types_, child));
+            place.big_endian =
+                place.big_endian || (dwarf_tag(&child) == DW_TAG_member && has_big_endian_type(*types_, child));
         });
         const bool is_union = dwarf_tag(&type) == DW_TAG_union_type;
         if (is_union && place.in_union.empty()) {
@@ -444,8 +444,8 @@ private:
             return;
         }
         if (flag(type, DW_AT_declaration)) {
-            leave_out(place.path, fmt::format("its type, {}, is declared, but not defined (or several times)",
-                                              name_of(type)));
+            leave_out(place.path,
+                      fmt::format("its type, {}, is declared, but not defined (or several times)", name_of(type)));
             return;
         }
         const unsigned tag = dwarf_tag(&type);
@@ -532,8 +532,7 @@ private:
         if (std::ranges::count(counts, 0U) > 0) {
             return;  // no elements, or as many as memory was allocated for, behind the structure
         }
-        const std::uint64_t stride =
-            number(type, DW_AT_byte_stride).value_or(types_->size_of(*element).value_or(0));
+        const std::uint64_t stride = number(type, DW_AT_byte_stride).value_or(types_->size_of(*element).value_or(0));
         if (stride == 0) {
             leave_out(place.path, "the size of its elements is not said");
             return;
@@ -733,15 +732,17 @@ private:
             return;
         }
         if (header.e_ident[EI_DATA] != ELFDATA2LSB) {
-            problem_ = fmt::format("{} is for a big-endian machine: its structures are laid out otherwise than logical "
-                                   "records, which are little-endian",
-                                   name);
+            problem_ = fmt::format(
+                "{} is for a big-endian machine: its structures are laid out otherwise than logical "
+                "records, which are little-endian",
+                name);
             return;
         }
         Dwarf* const debug = dwfl_module_getdwarf(module, &bias);
         if (debug == nullptr) {
-            problem_ = fmt::format("{} has no debug information{}: compile with -g, or name its separate debug file ({})",
-                                   name, linked_file(elf), dwfl_errmsg(-1));
+            problem_ =
+                fmt::format("{} has no debug information{}: compile with -g, or name its separate debug file ({})",
+                            name, linked_file(elf), dwfl_errmsg(-1));
             return;
         }
         parts_.push_back(debug);

@@ -28,8 +28,8 @@ struct Structure {
     std::vector<std::string> left_out{};  // members that have no name for what they are, each with the reason
 };
 
-// An object file, a program, a shared library, an archive or a separate debug file. Where debug information is in a file
-// of its own, that is looked for beside the file, in .debug there, in the folder and in the system's.
+// An object file, a program, a shared library, an archive or a separate debug file. Where debug information is in a
+// file of its own, that is looked for beside the file, in .debug there, in the folder and in the system's.
 struct Elf {
     std::string path;
     std::string debug_folder{};

@@ -217,9 +217,7 @@ Bytes parse_word(const Field& field, std::string_view text) {
 
 }  // namespace
 
-std::string_view to_string(Style style) {
-    return std::ranges::find(style_names, style, &StyleName::style)->name;
-}
+std::string_view to_string(Style style) { return std::ranges::find(style_names, style, &StyleName::style)->name; }
 
 std::optional<Style> style_of(std::string_view text) {
     const auto* const found = std::ranges::find(style_names, text, &StyleName::name);

@@ -51,9 +51,8 @@ Place place_of(const Field& field) {
 std::string list_name(const Record& record, const Field& field) {
     // A list is named after the first field that has it.
     const auto same = [&](const Field& other) {
-        return std::ranges::equal(other.words, field.words, [](const Word& a, const Word& b) {
-            return a.word == b.word && a.value == b.value;
-        });
+        return std::ranges::equal(other.words, field.words,
+                                  [](const Word& a, const Word& b) { return a.word == b.word && a.value == b.value; });
     };
     return std::ranges::find_if(record.fields, same)->name;
 }

@@ -210,7 +210,8 @@ void add_find(CLI::App& app) {
     CLI::App* const command = app.add_subcommand("find", "Find records by position, name, value or words");
     command->footer(
         "Records are found of which, or of a field of which, every word is said: its name or title, a field's name or\n"
-        "what becomes of it, its condition. A position finds the fields that carry it, a number the table, 0x91 constants.\n"
+        "what becomes of it, its condition. A position finds the fields that carry it, a number the table, 0x91 "
+        "constants.\n"
         "Examples: npxlate find L12-15\n"
         "          npxlate find \"queue index\" result");
     const auto options = std::make_shared<Options>();
