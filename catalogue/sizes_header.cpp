@@ -40,7 +40,11 @@ static inline const struct npxlate_table_sizes *npxlate_sizes_of_table(unsigned 
 )";
 
 constexpr const char* middle = R"(    };
-    return table < NPXLATE_TABLE_COUNT ? &sizes[table] : (const struct npxlate_table_sizes *)0;
+#ifdef __cplusplus
+    return table < NPXLATE_TABLE_COUNT ? &sizes[table] : nullptr;
+#else
+    return table < NPXLATE_TABLE_COUNT ? &sizes[table] : 0;
+#endif
 }
 /* clang-format on */
 

@@ -117,8 +117,7 @@ std::vector<BitId> Diagrams::depends_on(Node a) const {
         open.push_back(nodes_[node].if_set);
     }
     std::ranges::sort(levels);
-    const auto repeated = std::ranges::unique(levels);
-    levels.erase(repeated.begin(), repeated.end());
+    levels.erase(std::unique(levels.begin(), levels.end()), levels.end());
     std::vector<BitId> result;
     for (const std::uint32_t level : levels) {
         result.push_back(ids_[level]);

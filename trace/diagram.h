@@ -44,6 +44,9 @@ public:
     Node if_clear(Node node) const { return nodes_[node].if_clear; }
     Node if_set(Node node) const { return nodes_[node].if_set; }
 
+    // How many functions there are by now: none is ever forgotten.
+    std::size_t size() const { return nodes_.size(); }
+
     // All bits on which the function depends, in the order in which they are asked for.
     std::vector<BitId> depends_on(Node a) const;
 

@@ -158,7 +158,11 @@ static inline const struct npxlate_table_sizes *npxlate_sizes_of_table(unsigned 
         {{0, 47, 0, 47}, {0, 64, 0, 64}, {0, 63, 0, 63}}, /* 126 */
         {{0, 47, 0, 47}, {0, 64, 0, 64}, {0, 63, 0, 63}}, /* 127 */
     };
-    return table < NPXLATE_TABLE_COUNT ? &sizes[table] : (const struct npxlate_table_sizes *)0;
+#ifdef __cplusplus
+    return table < NPXLATE_TABLE_COUNT ? &sizes[table] : nullptr;
+#else
+    return table < NPXLATE_TABLE_COUNT ? &sizes[table] : 0;
+#endif
 }
 /* clang-format on */
 

@@ -138,12 +138,13 @@ public:
         return std::nullopt;
     }
 
-    void decode(std::span<const std::uint8_t> record, std::uint32_t argument, std::vector<Candidate>& candidates) {
+    // Without alternatives, of what is left open one value is given and not the others.
+    void decode(std::span<const std::uint8_t> record, bool with_alternatives, std::vector<Candidate>& candidates) {
         for (const Plan& plan : plans_) {
             if (!plan.fits(record)) {
                 continue;
             }
-            if (std::optional<Candidate> candidate = solve(plan, record, argument)) {
+            if (std::optional<Candidate> candidate = solve(plan, record, with_alternatives)) {
                 add(candidates, std::move(*candidate));
             }
         }
@@ -153,20 +154,6 @@ public:
         for (const Plan& plan : plans_) {
             refusals.push_back(contradictions(plan, record));
         }
-    }
-
-    // What solving asks of the bytes, and so what gives the same answer: kept, since the entries of a card are alike.
-    const Best& best(std::span<const std::uint8_t> record, Best& scratch) {
-        scratch = {};
-        std::vector<Candidate> candidates;
-        decode(record, 0, candidates);
-        if (!candidates.empty()) {
-            const auto first = std::ranges::min_element(candidates, {}, [](const Candidate& one) { return rank(one); });
-            scratch.found = true;
-            scratch.others = candidates.size() - 1;
-            scratch.record = std::move(first->record);
-        }
-        return scratch;
     }
 
     // Fewest bits left open first.
@@ -244,18 +231,17 @@ private:
         return plan;
     }
 
-    // The setting and the fourth argument are what they are.
-    void learn_given(Known& known, std::uint32_t argument) const {
+    // The setting is what it is.
+    static void learn_setting(Known& known) {
         for (unsigned bit = 0; bit < 16; ++bit) {
             known.learn(trace::bit_id(Space::setting, bit), (TX_ADJ_KEY_MAX >> bit & 1) != 0);
         }
-        static_cast<void>(argument);
     }
 
-    std::optional<Candidate> solve(const Plan& plan, std::span<const std::uint8_t> record, std::uint32_t argument) {
+    std::optional<Candidate> solve(const Plan& plan, std::span<const std::uint8_t> record, bool with_alternatives) {
         Diagrams& diagrams = forms_.diagrams();
         Known known;
-        learn_given(known, argument);
+        learn_setting(known);
         for (const auto& [to, from, inverted] : plan.moves) {
             if (!known.learn(from, bit_at(record, to) != inverted)) {
                 return std::nullopt;
@@ -315,7 +301,7 @@ private:
                 open.push_back(id);
             }
         }
-        if (!open.empty()) {
+        if (with_alternatives && !open.empty()) {
             candidate.groups = alternatives(left, open, candidate);
         }
         return gives(candidate, *plan.form, record) ? std::optional{std::move(candidate)} : std::nullopt;
@@ -465,14 +451,19 @@ private:
     static void add(std::vector<Candidate>& candidates, Candidate candidate) {
         const auto same = std::ranges::find_if(candidates, [&](const Candidate& other) {
             return other.of == candidate.of && other.record == candidate.record && other.free == candidate.free &&
-                   other.determined == candidate.determined && other.chosen == candidate.chosen &&
-                   other.groups.empty() && candidate.groups.empty();
+                   other.determined == candidate.determined && other.chosen == candidate.chosen && is_settled(other);
         });
         if (same == candidates.end()) {
             candidates.push_back(std::move(candidate));
         } else {
             same->forms.push_back(candidate.forms.front());
         }
+    }
+
+    // Whether no bit has one of several values.
+    static bool is_settled(const Candidate& candidate) {
+        return count_bits(candidate.determined) + count_bits(candidate.chosen) + count_bits(candidate.free) ==
+               8 * candidate.record.size();
     }
 
     Refusal contradictions(const Plan& plan, std::span<const std::uint8_t> record) {
@@ -488,7 +479,7 @@ private:
             }
         }
         Known known;
-        learn_given(known, 0);
+        learn_setting(known);
         std::map<BitId, std::uint16_t> first_seen;
         for (const auto& [to, from, inverted] : plan.moves) {
             if (bit_at(plan.fixed, to)) {
@@ -562,11 +553,11 @@ std::vector<std::size_t> Decoder::lengths() const {
     return {all.begin(), all.end()};
 }
 
-Result Decoder::decode(std::span<const std::uint8_t> record, std::uint32_t argument) const {
+Result Decoder::decode(std::span<const std::uint8_t> record) const {
     Result result;
     for (const auto& [length, solver] : solvers_) {
         if (length == record.size()) {
-            solver->decode(record, argument, result.candidates);
+            solver->decode(record, true, result.candidates);
         }
     }
     std::ranges::stable_sort(result.candidates, {}, [](const Candidate& one) { return Solver::rank(one); });
@@ -582,18 +573,28 @@ Result Decoder::decode(std::span<const std::uint8_t> record, std::uint32_t argum
 }
 
 Decoder::Best Decoder::best(std::span<const std::uint8_t> record) const {
+    std::vector<Candidate> candidates;
     Best best;
-    for (const auto& [length, solver] : solvers_) {
-        if (length == record.size()) {
-            Best of_length;
-            solver->best(record, of_length);
-            if (of_length.found) {
-                if (!best.found) {
-                    best = std::move(of_length);
-                } else {
-                    best.others += of_length.others + 1;
-                }
-            }
+    for (auto& [length, solver] : solvers_) {
+        if (length != record.size()) {
+            continue;
+        }
+        candidates.clear();
+        solver->decode(record, false, candidates);
+        if (candidates.empty()) {
+            continue;
+        }
+        best.others += candidates.size() - (best.found ? 0 : 1);
+        if (!best.found) {
+            best.record = std::ranges::min_element(candidates, {}, [](const Candidate& one) {
+                              return Solver::rank(one);
+                          })->record;
+            best.found = true;
+        }
+        // Solving makes functions, which are kept in case they are asked for again; after many records that is enough.
+        constexpr std::size_t most_functions = 1'000'000;
+        if (solver->forms().diagrams().size() > most_functions) {
+            solver = std::make_unique<Solver>(*translator_, solver->forms().length());
         }
     }
     return best;

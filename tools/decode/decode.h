@@ -72,7 +72,7 @@ public:
     // Every length that it makes.
     std::vector<std::size_t> lengths() const;
 
-    Result decode(std::span<const std::uint8_t> record, std::uint32_t argument = 0) const;
+    Result decode(std::span<const std::uint8_t> record) const;
 
     // The first candidate's record alone, and how many there are besides; an empty one if there is none. For many.
     struct Best {
@@ -87,7 +87,6 @@ private:
 
     const Translator* translator_;
     mutable std::vector<std::pair<std::size_t, std::unique_ptr<Solver>>> solvers_{};  // by length of the record made
-    mutable std::size_t nodes_ = 0;
 };
 
 }  // namespace decode

@@ -159,7 +159,7 @@ std::string describe(const Record& names, std::span<const Span> bits, std::span<
         // The value is that of the whole name, also where only some of its bits are meant.
         texts.push_back(fmt::format("{} = {}", mention.field->name, value_in(*mention.field, record)));
     }
-    texts.erase(std::ranges::unique(texts).begin(), texts.end());
+    texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
     return fmt::format("{}", fmt::join(texts, ", "));
 }
 

@@ -24,6 +24,8 @@
 namespace names {
 namespace {
 
+unsigned tag_of(Dwarf_Die* die) { return static_cast<unsigned>(dwarf_tag(die)); }
+
 // Damaged debug information can have types that contain themselves.
 constexpr unsigned most_depth = 64;
 
@@ -155,7 +157,7 @@ public:
                 return std::nullopt;
             }
             at = *type;
-            switch (dwarf_tag(&at)) {
+            switch (tag_of(&at)) {
                 case DW_TAG_typedef:
                 case DW_TAG_const_type:
                 case DW_TAG_volatile_type:
@@ -181,7 +183,7 @@ public:
         if (const auto size = number(type, DW_AT_byte_size)) {
             return size;
         }
-        switch (dwarf_tag(&type)) {
+        switch (tag_of(&type)) {
             case DW_TAG_pointer_type:
             case DW_TAG_reference_type:
             case DW_TAG_rvalue_reference_type: {
@@ -217,7 +219,7 @@ public:
     static std::vector<std::uint64_t> counts_of(Dwarf_Die& array) {
         std::vector<std::uint64_t> counts;
         for_each_child(array, [&](Dwarf_Die& dimension) {
-            const unsigned tag = dwarf_tag(&dimension);
+            const unsigned tag = tag_of(&dimension);
             if (tag != DW_TAG_subrange_type && tag != DW_TAG_enumeration_type) {
                 return;
             }
@@ -256,7 +258,7 @@ private:
 
 bool has_big_endian_type(const Types& types, Dwarf_Die& member) {
     std::optional<Dwarf_Die> type = types.plain_type(member);
-    for (unsigned step = 0; type && dwarf_tag(&*type) == DW_TAG_array_type && step < most_depth; ++step) {
+    for (unsigned step = 0; type && tag_of(&*type) == DW_TAG_array_type && step < most_depth; ++step) {
         type = types.plain_type(*type);
     }
     return type && number(*type, DW_AT_endianity) == DW_END_big;
@@ -268,7 +270,7 @@ public:
         : types_{&types}, structure_{&structure}, limit_{8 * std::uint64_t{bytes}} {}
 
     void read(Dwarf_Die& type) {
-        const bool is_union = dwarf_tag(&type) == DW_TAG_union_type;
+        const bool is_union = tag_of(&type) == DW_TAG_union_type;
         members_of(type, {.bit = 0, .path = "", .in_union = is_union ? structure_->name : "", .depth = 0});
     }
 
@@ -304,15 +306,15 @@ private:
         place.big_endian = false;
         for_each_child(type, [&](Dwarf_Die& child) {
             place.big_endian =
-                place.big_endian || (dwarf_tag(&child) == DW_TAG_member && has_big_endian_type(*types_, child));
+                place.big_endian || (tag_of(&child) == DW_TAG_member && has_big_endian_type(*types_, child));
         });
-        const bool is_union = dwarf_tag(&type) == DW_TAG_union_type;
+        const bool is_union = tag_of(&type) == DW_TAG_union_type;
         if (is_union && place.in_union.empty()) {
             // One without a name is known by its place.
             place.in_union = place.path.empty() ? fmt::format("at L{}", place.bit / 8) : place.path;
         }
         for_each_child(type, [&](Dwarf_Die& child) {
-            const unsigned tag = dwarf_tag(&child);
+            const unsigned tag = tag_of(&child);
             if (tag == DW_TAG_inheritance) {
                 base(child, place);
             } else if (tag == DW_TAG_member) {
@@ -348,7 +350,7 @@ private:
         std::optional<Dwarf_Die> type = types_->plain_type(die);
         const std::optional<std::uint64_t> offset = location(die);
         const std::string name = type ? name_of(*type) : "";
-        if (!type || !is_structure(dwarf_tag(&*type))) {
+        if (!type || !is_structure(tag_of(&*type))) {
             leave_out(path_in(place.path, name), "the base is not described");
             return;
         }
@@ -372,7 +374,7 @@ private:
             leave_out(path_in(place.path, name), "its type is not described");
             return;
         }
-        if (name.empty() && !is_structure(dwarf_tag(&*type))) {
+        if (name.empty() && !is_structure(tag_of(&*type))) {
             return;  // padding
         }
         Place at = place;
@@ -448,7 +450,7 @@ private:
                       fmt::format("its type, {}, is declared, but not defined (or several times)", name_of(type)));
             return;
         }
-        const unsigned tag = dwarf_tag(&type);
+        const unsigned tag = tag_of(&type);
         if (is_structure(tag)) {
             structure(type, place);
         } else if (tag == DW_TAG_array_type) {
@@ -577,7 +579,7 @@ private:
 
     // An element of a string of bytes.
     static bool is_byte(Dwarf_Die& type) {
-        const unsigned tag = dwarf_tag(&type);
+        const unsigned tag = tag_of(&type);
         if (number(type, DW_AT_byte_size) != 1) {
             return false;
         }
@@ -620,7 +622,7 @@ private:
             width += span.width;
         }
         member.style = style_for(type, width);
-        if (dwarf_tag(&type) == DW_TAG_enumeration_type) {
+        if (tag_of(&type) == DW_TAG_enumeration_type) {
             member.words = words_of(type, width);
             member.style = member.words.empty() ? member.style : Style::words;
         }
@@ -632,10 +634,10 @@ private:
         if (width > widest_number) {
             return Style::hex;
         }
-        if (dwarf_tag(&type) == DW_TAG_enumeration_type) {
+        if (tag_of(&type) == DW_TAG_enumeration_type) {
             return Style::number;
         }
-        if (dwarf_tag(&type) != DW_TAG_base_type) {
+        if (tag_of(&type) != DW_TAG_base_type) {
             return Style::hex;
         }
         switch (number(type, DW_AT_encoding).value_or(0)) {
@@ -659,7 +661,7 @@ private:
         for_each_child(type, [&](Dwarf_Die& child) {
             const std::optional<std::int64_t> value = signed_number(child, DW_AT_const_value);
             const std::string name = name_of(child);
-            if (dwarf_tag(&child) != DW_TAG_enumerator || !value || name.empty()) {
+            if (tag_of(&child) != DW_TAG_enumerator || !value || name.empty()) {
                 return;
             }
             const std::uint64_t bits = static_cast<std::uint64_t>(*value);
@@ -797,7 +799,7 @@ private:
             return;
         }
         for_each_child(scope, [&](Dwarf_Die& die) {
-            const unsigned tag = dwarf_tag(&die);
+            const unsigned tag = tag_of(&die);
             const bool is_scope = is_structure(tag) || tag == DW_TAG_namespace || tag == DW_TAG_subprogram ||
                                   tag == DW_TAG_lexical_block || tag == DW_TAG_module;
             const bool is_type = is_structure(tag) || tag == DW_TAG_typedef || tag == DW_TAG_enumeration_type;
@@ -819,7 +821,7 @@ private:
 Types::Definitions definitions_in(const File& file) {
     Types::Definitions definitions;
     Walk::types(file, [&](Dwarf_Die& die, const std::string& qualified, const std::string&) {
-        if (dwarf_tag(&die) != DW_TAG_typedef) {
+        if (tag_of(&die) != DW_TAG_typedef) {
             definitions[name_of(die)].try_emplace(qualified, die);
         }
     });
@@ -828,17 +830,17 @@ Types::Definitions definitions_in(const File& file) {
 
 // The structure that the type is, or that the typedef stands for.
 std::optional<Dwarf_Die> structure_of(const Types& types, Dwarf_Die& die) {
-    if (is_structure(dwarf_tag(&die))) {
+    if (is_structure(tag_of(&die))) {
         return die;
     }
     std::optional<Dwarf_Die> type = types.plain_type(die);
-    return type && is_structure(dwarf_tag(&*type)) && !flag(*type, DW_AT_declaration) ? type : std::nullopt;
+    return type && is_structure(tag_of(&*type)) && !flag(*type, DW_AT_declaration) ? type : std::nullopt;
 }
 
 Structure head_of(const Types& types, Dwarf_Die& die, const std::string& name, const std::string& unit) {
     Structure structure;
     structure.name = name;
-    structure.kind = kind_of(dwarf_tag(&die));
+    structure.kind = kind_of(tag_of(&die));
     structure.declared_at = declared_at(die);
     structure.unit = unit;
     structure.size = types.size_of(die).value_or(0);
@@ -874,7 +876,7 @@ std::vector<Structure> list_structures(const Elf& elf) {
     Walk::types(file, [&](Dwarf_Die& die, const std::string& qualified, const std::string& unit) {
         std::optional<Dwarf_Die> type = structure_of(types, die);
         // A typedef is how a structure without a name of its own is known.
-        if (!type || (dwarf_tag(&die) == DW_TAG_typedef && !name_of(*type).empty())) {
+        if (!type || (tag_of(&die) == DW_TAG_typedef && !name_of(*type).empty())) {
             return;
         }
         Structure structure = head_of(types, *type, qualified, unit);

@@ -55,7 +55,10 @@ FourthArgument argument_for_way_back(const Translator& reverse, const FourthArgu
                                          describe(key_length(reverse)), describe(argument.key->size()))};
         }
         const Bytes& from = argument.key ? *argument.key : logical_result;
-        argument.type = from[0] | from[1] << 8U | from[2] << 16U | static_cast<std::uint32_t>(from[3]) << 24U;
+        argument.type = 0;
+        for (unsigned i = 0; i < 4; ++i) {
+            *argument.type |= std::uint32_t{from[i]} << 8 * i;
+        }
         argument.key.reset();
     }
     if (reverse.has(Trait::takes_key) && !argument.key) {
