@@ -69,6 +69,16 @@ def test_the_page_of_the_package_holds():
     assert doctest.testfile(str(SOURCE / "python" / "README.md"), module_relative=False).failed == 0
 
 
+def test_the_session_goes_as_it_says():
+    done = subprocess.run([sys.executable, str(SOURCE / "examples" / "session.py")], capture_output=True, text=True,
+                          check=False)
+    assert done.returncode == 0, done.stderr
+    lines = done.stdout.splitlines()
+    assert lines[3] == "91 00 00 00 00 00 0d 23 0a 00 00 01 42 00 00 00 - program 16 bytes"
+    assert lines[-2].startswith("2000 records of 8 bytes; the last: 11 00 01 00 cf 07 00 00")
+    assert lines[-1].startswith("22 ipmc_encap_logical_res_xlate returned 22 (NPXLATE_INVALID)")
+
+
 @pytest.mark.parametrize("name", npxlate.__all__)
 def test_everything_public_is_documented_with_an_example(name):
     public = getattr(npxlate, name)

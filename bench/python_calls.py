@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What calls from Python cost, beside a loop in C over the same records: measure.py [TABLE_OR_NAME...]
+"""What calls from Python cost, beside a loop in C over the same records: python_calls.py [TABLE_OR_NAME...]
 
 Nanoseconds a record, the least of several runs. Set PYTHONPATH to the folder python/ of a build.
 """
