@@ -98,11 +98,17 @@ std::string constant_text(const std::vector<bool>& value) {
     if (std::ranges::find(value, true) == value.end()) {
         return "0";
     }
-    std::uint64_t number = 0;
-    for (std::size_t i = 0; i < value.size(); ++i) {
-        number |= std::uint64_t{value[i]} << i;
+    std::string digits;
+    for (std::size_t first = (value.size() + 3) / 4 * 4; first != 0; first -= 4) {
+        unsigned digit = 0;
+        for (std::size_t i = first - 4; i < std::min(first, value.size()); ++i) {
+            digit |= unsigned{value[i]} << (i - (first - 4));
+        }
+        if (digit != 0 || !digits.empty()) {
+            digits += fmt::format("{:x}", digit);
+        }
     }
-    return number < 10 ? fmt::format("{}", number) : fmt::format("{:#x}", number);
+    return digits.size() == 1 && digits < "a" ? digits : "0x" + digits;
 }
 
 // How often a row is repeated, and which of these a bit is written by: each is a field of its own.
