@@ -106,27 +106,57 @@ Json groups_json(const std::vector<decode::Alternatives>& groups) {
     return json;
 }
 
-Json candidate_json(const Candidate& candidate) {
+// How much of a name's value the bytes tell.
+std::string told_of(const Candidate& candidate, const names::Field& field) {
+    bool free = false;
+    bool several = false;
+    for (const std::uint16_t bit : names::bits_in_order(field.bits)) {
+        free = free || bit >= 8 * candidate.record.size() || has(candidate.free, bit);
+        several = several || (bit < 8 * candidate.record.size() && !has(candidate.free, bit) &&
+                              !has(candidate.determined, bit) && !has(candidate.chosen, bit));
+    }
+    return several ? "one of several" : free ? "free" : "";
+}
+
+// The names that hold for the record, with their values.
+std::string names_text(const Candidate& candidate, const Naming& naming) {
+    std::string text;
+    if (naming.record() != nullptr) {
+        text += "names\n";
+        constexpr std::size_t columns[] = {2, 26, 18, 18};
+        for (const names::Field* const field : names::fields_of(*naming.record(), candidate.record)) {
+            text += line(columns, {"", field->name, names::positions_text(field->bits),
+                                   names::value_in(*field, candidate.record), told_of(candidate, *field)});
+        }
+    }
+    return text;
+}
+
+Json candidate_json(const Candidate& candidate, const Naming& naming) {
     Json also = Json::array();
     for (std::size_t i = 1; i < candidate.forms.size(); ++i) {
         also.push_back(candidate.forms[i]->name);
     }
-    return {{"form", candidate.forms.front()->name},
-            {"also", std::move(also)},
-            {"when", forms::when(*candidate.of, *candidate.forms.front())},
-            {"logical", to_hex(candidate.record)},
-            {"determined", to_hex(candidate.determined)},
-            {"chosen", to_hex(candidate.chosen)},
-            {"free", to_hex(candidate.free)},
-            {"alternatives", groups_json(candidate.groups)}};
+    Json json{{"form", candidate.forms.front()->name},
+              {"also", std::move(also)},
+              {"when", forms::when(*candidate.of, *candidate.forms.front())},
+              {"logical", to_hex(candidate.record)},
+              {"determined", to_hex(candidate.determined)},
+              {"chosen", to_hex(candidate.chosen)},
+              {"free", to_hex(candidate.free)},
+              {"alternatives", groups_json(candidate.groups)}};
+    if (naming.record() != nullptr) {
+        json["names"] = names_json(*naming.record(), candidate.record);
+    }
+    return json;
 }
 
-Json to_json(const Translator& translator, const Bytes& record, const decode::Result& result) {
+Json to_json(const Translator& translator, const Bytes& record, const decode::Result& result, const Naming& naming) {
     Json json = translator_json(translator);
     json["physical"] = to_hex(record);
     Json candidates = Json::array();
     for (const Candidate& candidate : result.candidates) {
-        candidates.push_back(candidate_json(candidate));
+        candidates.push_back(candidate_json(candidate, naming));
     }
     json["candidates"] = std::move(candidates);
     Json nearest = Json::array();
@@ -142,7 +172,8 @@ Json to_json(const Translator& translator, const Bytes& record, const decode::Re
     return json;
 }
 
-std::string candidate_text(const Translator& translator, const Candidate& candidate, Style style) {
+std::string candidate_text(const Translator& translator, const Candidate& candidate, const Naming& naming,
+                           Style style) {
     std::string text;
     constexpr std::size_t about[] = {9};
     const std::string when = forms::when(*candidate.of, *candidate.forms.front());
@@ -166,7 +197,8 @@ std::string candidate_text(const Translator& translator, const Candidate& candid
             text +=
                 line(columns, {explain::position_list('L', field.from), explain::value_at(candidate.record, field.from),
                                "from " + to + (field.text == "copied" ? "" : ", " + field.text) +
-                                   (field.name.empty() ? "" : " (" + field.name + ")")});
+                                   (field.name.empty() ? "" : " (" + field.name + ")") +
+                                   naming.suffix('L', field.from, candidate.record)});
         }
     }
     for (const explain::Field& field : account.fields) {
@@ -174,7 +206,8 @@ std::string candidate_text(const Translator& translator, const Candidate& candid
             text +=
                 line(columns, {explain::position_list('L', field.from), explain::value_at(candidate.record, field.from),
                                "from " + explain::position_list('P', field.to) + ": " + field.text +
-                                   (field.name.empty() ? "" : " (" + field.name + ")")});
+                                   (field.name.empty() ? "" : " (" + field.name + ")") +
+                                   naming.suffix('L', field.from, candidate.record)});
         }
     }
     for (const decode::Alternatives& group : candidate.groups) {
@@ -195,7 +228,7 @@ std::string candidate_text(const Translator& translator, const Candidate& candid
     if (const std::vector<Span> free = bits_in(candidate.free); !free.empty()) {
         text += line(about, {"free", explain::position_list('L', free)});
     }
-    return text;
+    return text + names_text(candidate, naming);
 }
 
 // What a caller of the translator has to know besides.
@@ -221,7 +254,8 @@ std::string refusal_text(const Refusal& refusal) {
     return line(hanging, {"", fmt::format("{} needs {}", refusal.form->name, needs)});
 }
 
-std::string to_text(const Translator& translator, const decode::Result& result, bool all, Style style) {
+std::string to_text(const Translator& translator, const decode::Result& result, const Naming& naming, bool all,
+                    Style style) {
     constexpr std::size_t hanging[] = {0};
     std::string text = heading(describe(translator), style) + line(hanging, {"", catalogue::title(translator)}) + "\n";
     for (std::size_t i = 0; i < result.candidates.size(); ++i) {
@@ -229,7 +263,7 @@ std::string to_text(const Translator& translator, const decode::Result& result, 
         if (i == 0 || all) {
             std::string title = line(hanging, {"", names_of(candidate)});
             title.pop_back();
-            text += (i == 0 ? "" : "\n") + heading(title, style) + candidate_text(translator, candidate, style);
+            text += (i == 0 ? "" : "\n") + heading(title, style) + candidate_text(translator, candidate, naming, style);
         } else if (i == 1) {
             text += fmt::format("\n{} other form{} can have made these bytes, too (--all shows {}):\n",
                                 result.candidates.size() - 1, result.candidates.size() == 2 ? "" : "s",
@@ -251,6 +285,7 @@ void run(const Options& options) {
             fmt::format("{} reads records back: expected a key or a result translator, whose records are on the card",
                         translator.name)};
     }
+    const Naming naming = options.subject.names();
     options.tx_adj_key_max.apply({&translator});
     const Bytes record = read_record(options.source);
     const decode::Decoder decoder{translator};
@@ -265,9 +300,9 @@ void run(const Options& options) {
     }
     const decode::Result result = decoder.decode(record);
     if (options.json) {
-        print_json(to_json(translator, record, result));
+        print_json(to_json(translator, record, result, naming));
     } else if (!result.candidates.empty()) {
-        print(to_text(translator, result, options.all, style_of_stdout()));
+        print(to_text(translator, result, naming, options.all, style_of_stdout()));
     }
     if (result.candidates.empty()) {
         constexpr std::size_t most_told = 3;

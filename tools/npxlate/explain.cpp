@@ -155,7 +155,7 @@ std::string names_text(const Account& account, const Naming& naming, Style style
         return "";
     }
     std::string text = "\n" + heading("The names of the logical record", style);
-    constexpr std::size_t columns[] = {28, 20, 20};
+    constexpr std::size_t columns[] = {26, 18, 18};
     for (const names::Field* const field : names::fields_of(*naming.record(), logical_of(account))) {
         text += line(columns, {field->name, names::positions_text(field->bits),
                                names::value_in(*field, logical_of(account)), fate_of(account, *field)});
