@@ -90,6 +90,7 @@ extern NPXLATE_API npxlate_p2l_entry p2l_ucode_func_table[NPXLATE_TABLE_COUNT];
  *     npxlate_reverse_of_table_52()(physical, 32, logical, &entry_type);
  *
  * The detour over void (*)(void) tells compilers that the cast is meant. */
+/* NOLINTBEGIN(bugprone-macro-parentheses,modernize-redundant-void-arg): types, and functions in C as well */
 #ifdef __cplusplus
 #define NPXLATE_FUNCTION_AS(type, function) reinterpret_cast<type *>(reinterpret_cast<void (*)()>(function))
 #else
@@ -105,6 +106,7 @@ static inline npxlate_reverse_by_key_fn *npxlate_reverse_of_table_92(void) {
 }
 
 #undef NPXLATE_FUNCTION_AS
+/* NOLINTEND(bugprone-macro-parentheses,modernize-redundant-void-arg) */
 
 /* The highest transmit-adjacency index that a TE next-hop result with L0.5 clear marks with P0.7; initially 0x0fff. The
  * only value the caller may set: te_nh_adjacency_type_xlate_result reads it at every call, no other function does. A

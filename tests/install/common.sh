@@ -46,10 +46,10 @@ development_files() { # LIBDIR, BUILD_TYPE in lower case, WITH_TOOL
 }
 
 documentation_files() { # WITH_TOOL, BUILD
-    printf '%s\n' share/doc/npxlate/{contract,debugging,surprises,vectors}.md \
-        share/doc/npxlate/examples/{entries.jsonl,program.c,program.cpp,program.py}
+    printf '%s\n' share/doc/npxlate/{audit,contract,debugging,names,surprises,vectors}.md \
+        share/doc/npxlate/examples/{adjacency.c,adjacency.toml,entries.jsonl,program.c,program.cpp,program.py}
     if [ "$1" = ON ]; then
-        echo share/doc/npxlate/npxlate-atlas.html
+        printf '%s\n' share/doc/npxlate/npxlate-{atlas.html,records.txt}
     fi
     if [ -n "$(python_files "$2")" ]; then
         echo share/doc/npxlate/examples/session.py
