@@ -121,6 +121,7 @@ std::string to_string(const Condition& condition) {
     std::vector<std::string> alternatives;
     for (const std::vector<Requirement>& together : condition) {
         std::vector<std::string> texts;
+        texts.reserve(together.size());
         for (const Requirement& requirement : together) {
             texts.push_back(requirement.text);
         }

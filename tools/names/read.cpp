@@ -165,7 +165,7 @@ private:
             return lists;
         }
         if (!node->is_table()) {
-            fail(node->source(), "\"words\": expected lists, each under [record.words.NAME]");
+            fail(node->source(), R"("words": expected lists, each under [record.words.NAME])");
         }
         for (const auto& [name, list] : in_order(*node->as_table())) {
             if (!list->is_table()) {
@@ -187,7 +187,7 @@ private:
     std::vector<Span> read_bits(const toml::table& table, Style style) const {
         const toml::node* const at = table.get("at");
         if (at == nullptr) {
-            fail(table.source(), "expected \"at\", the position, such as \"L24-27\"");
+            fail(table.source(), R"(expected "at", the position, such as "L24-27")");
         }
         std::vector<Span> bits = located(at->source(), [&] { return parse_positions(text(*at, "at")); });
         const std::string order = text(table, "order");
@@ -255,7 +255,7 @@ private:
             }
             field.words = found->second;
         } else if (!list.empty()) {
-            fail(table.get("words")->source(), fmt::format("\"words\" goes with as = \"words\", not \"{}\"", as));
+            fail(table.get("words")->source(), fmt::format(R"("words" goes with as = "words", not "{}")", as));
         }
         field.bits = read_bits(table, field.style);
         if (as.empty() && list.empty()) {
@@ -399,7 +399,7 @@ private:
             }
             if (!used) {
                 fail(key->source(),
-                     fmt::format("there is no name \"{}\", and none that begins with \"{}.\"", key->str(), key->str()));
+                     fmt::format(R"(there is no name "{}", and none that begins with "{}.")", key->str(), key->str()));
             }
         }
     }

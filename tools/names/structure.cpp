@@ -656,7 +656,7 @@ private:
     }
 
     static std::vector<Word> words_of(Dwarf_Die& type, std::uint64_t width) {
-        const std::uint64_t mask = ~std::uint64_t{0} >> (64 - width % 65);
+        const std::uint64_t mask = width >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << width) - 1;
         std::vector<Word> words;
         for_each_child(type, [&](Dwarf_Die& child) {
             const std::optional<std::int64_t> value = signed_number(child, DW_AT_const_value);
@@ -664,7 +664,7 @@ private:
             if (tag_of(&child) != DW_TAG_enumerator || !value || name.empty()) {
                 return;
             }
-            const std::uint64_t bits = static_cast<std::uint64_t>(*value);
+            const auto bits = static_cast<std::uint64_t>(*value);
             const bool fits = *value < 0 ? (bits | mask >> 1U) == ~std::uint64_t{0} : (bits & ~mask) == 0;
             if (fits) {
                 words.push_back({name, bits & mask});

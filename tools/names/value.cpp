@@ -44,7 +44,9 @@ unsigned width_of(std::span<const Span> bits) {
     return width;
 }
 
-std::uint64_t greatest(unsigned width) { return ~std::uint64_t{0} >> (number_bits - std::min(width, number_bits)); }
+std::uint64_t greatest(unsigned width) {
+    return width >= number_bits ? ~std::uint64_t{0} : (std::uint64_t{1} << width) - 1;
+}
 
 std::uint64_t to_number(std::span<const std::uint8_t> value) {
     std::uint64_t number = 0;
@@ -125,7 +127,7 @@ bool is_hexadecimal(std::string_view text) { return text.starts_with("0x") || te
 
 Bytes parse_number(const Field& field, std::string_view text, std::string_view expected, std::uint64_t most) {
     if (is_hexadecimal(text)) {
-        const Bytes value = parse_hexadecimal(field, text, text.substr(2));
+        Bytes value = parse_hexadecimal(field, text, text.substr(2));
         if (to_number(value) > most) {
             does_not_fit(field, text, fmt::format("and takes at most {:#x}", most));
         }
