@@ -7,6 +7,7 @@ namespace npxlate {
 
 inline constexpr FunctionOfTwo queue_index{
     "queue index, ORed with 0x800 for range 4 and with 0xc00 for range 8",
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): plain integers in the library
     [](Number index, Number range) -> Number {
         const Number low_byte = range & 0xff;  // of the range nothing else counts
         if (low_byte == 4) {

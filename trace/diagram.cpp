@@ -119,6 +119,7 @@ std::vector<BitId> Diagrams::depends_on(Node a) const {
     std::ranges::sort(levels);
     levels.erase(std::unique(levels.begin(), levels.end()), levels.end());
     std::vector<BitId> result;
+    result.reserve(levels.size());
     for (const std::uint32_t level : levels) {
         result.push_back(ids_[level]);
     }

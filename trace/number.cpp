@@ -343,8 +343,8 @@ unsigned each_below(unsigned count, const Number& number) {
 
 }  // namespace number_detail
 
-Number given(const std::uint32_t*) { return trace::Recorder::current().entry_type(); }
-Number setting(std::uint16_t) { return trace::Recorder::current().tx_adj_key_max(); }
+Number given(const std::uint32_t*) { return trace::Recorder::entry_type(); }
+Number setting(std::uint16_t) { return trace::Recorder::tx_adj_key_max(); }
 
 Number apply(const Function& function, const Number& field) {
     return {all_ways([&] { return function.apply(field); }),

@@ -188,7 +188,7 @@ std::uint16_t Recorder::add(Step step) {
     return static_cast<std::uint16_t>(steps_.size() - 1);
 }
 
-Number Recorder::entry_type() const {
+Number Recorder::entry_type() {
     std::vector<Bit> bits;
     for (unsigned i = 0; i < 32; ++i) {
         bits.push_back(bit_of(bit_id(Space::argument, i)));
@@ -196,7 +196,7 @@ Number Recorder::entry_type() const {
     return {std::move(bits), "type"};
 }
 
-Number Recorder::tx_adj_key_max() const {
+Number Recorder::tx_adj_key_max() {
     std::vector<Bit> bits;
     for (unsigned i = 0; i < 16; ++i) {
         bits.push_back(bit_of(bit_id(Space::setting, i)));

@@ -136,8 +136,8 @@ public:
     void write(const void* record, std::size_t bit, const Bit& value, std::vector<Writer> writers);
     std::uint16_t add(Step step);
 
-    Number entry_type() const;
-    Number tx_adj_key_max() const;
+    static Number entry_type();
+    static Number tx_adj_key_max();
 
 private:
     Diagrams& diagrams_;

@@ -46,7 +46,7 @@ development_files() { # LIBDIR, BUILD_TYPE in lower case, WITH_TOOL
 }
 
 documentation_files() { # WITH_TOOL, BUILD
-    printf '%s\n' share/doc/npxlate/{audit,contract,debugging,names,surprises,vectors}.md \
+    printf '%s\n' share/doc/npxlate/{audit,contract,debugging,json,names,surprises,vectors}.md \
         share/doc/npxlate/examples/{adjacency.c,adjacency.toml,entries.jsonl,program.c,program.cpp,program.py}
     if [ "$1" = ON ]; then
         printf '%s\n' share/doc/npxlate/npxlate-{atlas.html,records.txt}

@@ -1,6 +1,7 @@
 // Sets of bits of a physical record.
 #pragma once
 
+#include <algorithm>
 #include <npxlate/npxlate.h>
 
 #include <array>
@@ -21,12 +22,7 @@ struct Bits {
 
     bool operator==(const Bits&) const = default;
     bool any() const {
-        for (const std::uint8_t byte : bytes) {
-            if (byte != 0) {
-                return true;
-            }
-        }
-        return false;
+        return std::ranges::any_of(bytes, [](std::uint8_t byte) { return byte != 0; });
     }
     bool has(std::size_t bit) const { return (bytes[bit / 8] >> bit % 8 & 1U) != 0; }
     void set(std::size_t bit) { bytes[bit / 8] = static_cast<std::uint8_t>(bytes[bit / 8] | 1U << bit % 8); }

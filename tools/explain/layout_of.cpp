@@ -94,6 +94,7 @@ std::vector<Place> places_of(const Forms& forms) {
 
 std::vector<Section> sections_of(const Forms& forms, const std::vector<Place>& places) {
     std::vector<Section> sections;
+    sections.reserve(places.size());
     for (const Place& place : places) {
         sections.push_back(section_of(forms, place));
     }

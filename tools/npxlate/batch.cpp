@@ -178,7 +178,7 @@ void add_batch(CLI::App& app) {
     options->threads.add_to(*command);
     options->names.add_to(*command);
     command->add_flag("--decode", options->decode,
-                      "From physical records to what would have to be programmed: \"key\" and \"result\"");
+                      R"(From physical records to what would have to be programmed: "key" and "result")");
     command->add_flag("-q,--quiet", options->quiet, "No progress bar");
     command->callback([options] { run(*options); });
 }

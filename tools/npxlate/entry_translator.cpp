@@ -106,7 +106,7 @@ void EntryTranslator::check() const {
     }
     for (const auto& [record, by_name] : {std::pair{key, key_fields}, std::pair{result, fields}}) {
         if (member(record) != nullptr && member(by_name) != nullptr) {
-            throw WrongInput{fmt::format("expected \"{}\" or \"{}\", found both", names[record], names[by_name])};
+            throw WrongInput{fmt::format(R"(expected "{}" or "{}", found both)", names[record], names[by_name])};
         }
     }
     bool translates = false;
@@ -229,10 +229,10 @@ void EntryTranslator::write_decoded(std::string& text, const Step& step) {
     }
     const decode::Decoder::Best best = decoder->best(in_);
     if (!best.found) {
-        throw NotDone{fmt::format("\"{}\": {} gives these bytes for no record", names[step.from], translator.name)};
+        throw NotDone{fmt::format(R"("{}": {} gives these bytes for no record)", names[step.from], translator.name)};
     }
     append_hex(text, best.record);
-    text += fmt::format("\",\"{}_others\":{}", names[step.to], best.others);
+    text += fmt::format(R"(","{}_others":{})", names[step.to], best.others);
 }
 
 void EntryTranslator::write_record(std::string& text, const Step& step) {

@@ -327,7 +327,7 @@ void Chooser::add(Node condition, std::size_t number) {
             const unsigned shift = index >= first_bit_of_key_byte ? index - first_bit_of_key_byte : index;
             sample.argument |= std::uint32_t{value(Space::argument, index)} << shift;
         } else if (space_of(id) == Space::setting) {
-            const std::uint16_t mask = static_cast<std::uint16_t>(1U << index_of(id));
+            const auto mask = static_cast<std::uint16_t>(1U << index_of(id));
             sample.tx_adj_key_max = static_cast<std::uint16_t>(
                 value(Space::setting, index_of(id)) ? sample.tx_adj_key_max | mask : sample.tx_adj_key_max & ~mask);
         }
