@@ -1,8 +1,8 @@
 // Sets of bits of a physical record.
 #pragma once
 
-#include <algorithm>
 #include <npxlate/npxlate.h>
+#include <algorithm>
 
 #include <array>
 #include <bit>
