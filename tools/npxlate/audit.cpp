@@ -16,7 +16,6 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <CLI/App.hpp>
 
 #include "audit/report.h"
 #include "io/input.h"
@@ -344,9 +343,9 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_audit(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("audit", "Compare what a card holds with what was programmed");
-    command->footer(
+void add_audit(Command app) {
+    const Command command = app.add_subcommand("audit", "Compare what a card holds with what was programmed");
+    command.footer(
         "PROGRAMMED has logical entries, HELD physical ones, as batch takes and gives them, in any order:\n"
         "  {\"table\": 17, \"key\": \"HEX\", \"result\": \"HEX\"}\n"
         "  {\"table\": 17, \"physical_key\": \"HEX\", \"physical_result\": \"HEX\"}\n"
@@ -354,31 +353,29 @@ void add_audit(CLI::App& app) {
         "Exit status: 0 nothing found, 1 findings, 2 trouble.\n"
         "Example: npxlate audit programmed.jsonl card.jsonl --ignore 13:P0.3 --html report.html");
     const auto options = std::make_shared<Options>();
-    command->add_option("PROGRAMMED", options->programmed, "What was programmed; - for standard input")->required();
-    command->add_option("HELD", options->held,
-                        "What the card holds; - for standard input; several: dumps, oldest first");
+    command.add_option("PROGRAMMED", options->programmed, "What was programmed; - for standard input").required();
+    command.add_option("HELD", options->held,
+                       "What the card holds; - for standard input; several: dumps, oldest first");
+    command.add_option("--raw", options->raw, "Results of one table by a numeric key, one behind the other: TABLE=FILE")
+        .type_name("TABLE=FILE")
+        .one_value_a_time();
+    command.add_option("--table", options->tables, "Only this table; several times for several").one_value_a_time();
     command
-        ->add_option("--raw", options->raw, "Results of one table by a numeric key, one behind the other: TABLE=FILE")
-        ->type_name("TABLE=FILE")
-        ->allow_extra_args(false);
-    command->add_option("--table", options->tables, "Only this table; several times for several")
-        ->allow_extra_args(false);
-    command
-        ->add_option("--ignore", options->ignore,
-                     "Bits that the card itself changes: TABLE:POSITIONS, such as 13:P0.3,P12-15")
-        ->allow_extra_args(false);
-    command->add_option("--ignore-file", options->ignore_files, "A file with such a TABLE:POSITIONS a line")
-        ->allow_extra_args(false);
-    command->add_option("--limit", options->limit,
-                        "List at most so many findings; otherwise 20, with --json all, on a page 2000");
-    command->add_flag("--moving", options->moving, "List also what differs in some of the dumps only");
-    command->add_flag("--json", options->json, "JSON Lines: a finding a line, the summary last");
-    command->add_option("--html", options->html, "Write a page to this file, too");
-    options->tx_adj_key_max.add_to(*command);
-    options->threads.add_to(*command);
-    command->add_option("--memory", options->memory, "How many MiB the entries may take; otherwise what is free");
-    command->add_flag("-q,--quiet", options->quiet, "No progress bar");
-    command->callback([options] { run(*options); });
+        .add_option("--ignore", options->ignore,
+                    "Bits that the card itself changes: TABLE:POSITIONS, such as 13:P0.3,P12-15")
+        .one_value_a_time();
+    command.add_option("--ignore-file", options->ignore_files, "A file with such a TABLE:POSITIONS a line")
+        .one_value_a_time();
+    command.add_option("--limit", options->limit,
+                       "List at most so many findings; otherwise 20, with --json all, on a page 2000");
+    command.add_flag("--moving", options->moving, "List also what differs in some of the dumps only");
+    command.add_flag("--json", options->json, "JSON Lines: a finding a line, the summary last");
+    command.add_option("--html", options->html, "Write a page to this file, too");
+    options->tx_adj_key_max.add_to(command);
+    options->threads.add_to(command);
+    command.add_option("--memory", options->memory, "How many MiB the entries may take; otherwise what is free");
+    command.add_flag("-q,--quiet", options->quiet, "No progress bar");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

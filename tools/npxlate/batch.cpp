@@ -11,7 +11,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
@@ -142,9 +141,9 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_batch(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("batch", "Translate many entries");
-    command->footer(
+void add_batch(Command app) {
+    const Command command = app.add_subcommand("batch", "Translate many entries");
+    command.footer(
         "JSON Lines, an entry a line; other members pass through as they are:\n"
         "  {\"table\": 17, \"key\": \"HEX\", \"result\": \"HEX\"}   to \"physical_key\" and \"physical_result\"\n"
         "  {\"table\": 17, \"physical_result\": \"HEX\"}         to \"logical_result\"; with \"type\" (table 52)\n"
@@ -162,25 +161,24 @@ void add_batch(CLI::App& app) {
         "         npxlate batch --raw result:17 < logical.bin > physical.bin\n"
         "         npxlate batch --raw key:17 --raw result:17 < entries.bin > physical.bin");
     const auto options = std::make_shared<Options>();
-    command->add_option("FILE", options->file, "What to translate; - or nothing: standard input");
-    command->add_option("-o,--output", options->out, "Where to write it; without: standard output");
+    command.add_option("FILE", options->file, "What to translate; - or nothing: standard input");
+    command.add_option("-o,--output", options->out, "Where to write it; without: standard output");
     command
-        ->add_option("--raw", options->raw,
-                     "Binary records instead of JSON Lines: ROLE:TABLE_OR_NAME or ROLE:TABLE_OR_NAME:LENGTH; given\n"
-                     "several times, an entry is a record of each, in this order")
-        ->allow_extra_args(false);
-    command->add_option("--length", options->length,
-                        "With --raw: the bytes of a record, where the table takes several");
-    command->add_option("--rejected", options->rejected,
-                        "With --raw: zeros in the place of a record that is rejected, or omit: nothing");
-    options->argument.add_to(*command);
-    options->tx_adj_key_max.add_to(*command);
-    options->threads.add_to(*command);
-    options->names.add_to(*command);
-    command->add_flag("--decode", options->decode,
-                      R"(From physical records to what would have to be programmed: "key" and "result")");
-    command->add_flag("-q,--quiet", options->quiet, "No progress bar");
-    command->callback([options] { run(*options); });
+        .add_option("--raw", options->raw,
+                    "Binary records instead of JSON Lines: ROLE:TABLE_OR_NAME or ROLE:TABLE_OR_NAME:LENGTH; given\n"
+                    "several times, an entry is a record of each, in this order")
+        .one_value_a_time();
+    command.add_option("--length", options->length, "With --raw: the bytes of a record, where the table takes several");
+    command.add_option("--rejected", options->rejected,
+                       "With --raw: zeros in the place of a record that is rejected, or omit: nothing");
+    options->argument.add_to(command);
+    options->tx_adj_key_max.add_to(command);
+    options->threads.add_to(command);
+    options->names.add_to(command);
+    command.add_flag("--decode", options->decode,
+                     R"(From physical records to what would have to be programmed: "key" and "result")");
+    command.add_flag("-q,--quiet", options->quiet, "No progress bar");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
@@ -28,7 +27,7 @@ struct Options {
     bool key = false;
     bool result = false;
     std::string from;
-    CLI::Option* from_option = nullptr;
+    Option from_option;
     std::string bytes;
     NamesOption names;
     TxAdjKeyMaxOption tx_adj_key_max;
@@ -64,7 +63,7 @@ std::vector<names::Assignment> assignments_of(const Options& options) {
 
 // What is changed: the record that there is, or zeros.
 Bytes start_of(const Options& options, const Translator& translator, const names::Record* names) {
-    if (options.from_option->count() > 0) {
+    if (options.from_option.given()) {
         Bytes record = parse_hex(options.from);
         check_length(translator, record.size());
         return record;
@@ -123,23 +122,23 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_build(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("build", "Make a record of names or positions, and translate it");
-    command->footer("Example: npxlate build 4 nexthop_ip=192.0.2.1 L0.5=1 --names names.toml");
+void add_build(Command app) {
+    const Command command = app.add_subcommand("build", "Make a record of names or positions, and translate it");
+    command.footer("Example: npxlate build 4 nexthop_ip=192.0.2.1 L0.5=1 --names names.toml");
     const auto options = std::make_shared<Options>();
-    command->add_option("TABLE_OR_NAME", options->table_or_name, table_or_name_help)->required();
-    command->add_option(
+    command.add_option("TABLE_OR_NAME", options->table_or_name, table_or_name_help).required();
+    command.add_option(
         "NAME=VALUE", options->assignments,
         "What to set: a name of the names file, or logical bits (L3.4, L3.4-2, L12, L12-15); the rest is 0");
-    CLI::Option* const key = command->add_flag("--key", options->key, "The key of the table");
-    command->add_flag("--result", options->result, "The result of the table, as without an option")->excludes(key);
-    options->from_option = command->add_option("--from", options->from, "Change this logical record, given as hex");
-    command->add_option("--bytes", options->bytes, "The size of the record, where the table takes several")
-        ->excludes(options->from_option);
-    options->names.add_to(*command);
-    options->tx_adj_key_max.add_to(*command);
-    command->add_flag("--json", options->json, "Both records as JSON");
-    command->callback([options] { run(*options); });
+    const Option key = command.add_flag("--key", options->key, "The key of the table");
+    command.add_flag("--result", options->result, "The result of the table, as without an option").excludes(key);
+    options->from_option = command.add_option("--from", options->from, "Change this logical record, given as hex");
+    command.add_option("--bytes", options->bytes, "The size of the record, where the table takes several")
+        .excludes(options->from_option);
+    options->names.add_to(command);
+    options->tx_adj_key_max.add_to(command);
+    command.add_flag("--json", options->json, "Both records as JSON");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

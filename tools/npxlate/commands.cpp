@@ -2,7 +2,7 @@
 
 namespace tool {
 
-void add_commands(CLI::App& app) {
+void add_commands(Command app) {
     add_translate(app);
     add_build(app);
     add_batch(app);

@@ -2,30 +2,28 @@
 // throws a Failure if it cannot.
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include "npxlate/command_line.h"
 
 namespace tool {
 
-void add_translate(CLI::App& app);  // key, result and reverse
-void add_build(CLI::App& app);
-void add_batch(CLI::App& app);
-void add_explain(CLI::App& app);
-void add_roundtrip(CLI::App& app);
-void add_diff(CLI::App& app);
-void add_decode(CLI::App& app);
-void add_audit(CLI::App& app);
-void add_layout(CLI::App& app);
-void add_find(CLI::App& app);
-void add_tables(CLI::App& app);
-void add_registers(CLI::App& app);
-void add_atlas(CLI::App& app);
-void add_names(CLI::App& app);
-void add_vectors(CLI::App& app);
-void add_verify(CLI::App& app);
+void add_translate(Command app);  // key, result and reverse
+void add_build(Command app);
+void add_batch(Command app);
+void add_explain(Command app);
+void add_roundtrip(Command app);
+void add_diff(Command app);
+void add_decode(Command app);
+void add_audit(Command app);
+void add_layout(Command app);
+void add_find(Command app);
+void add_tables(Command app);
+void add_registers(Command app);
+void add_atlas(Command app);
+void add_names(Command app);
+void add_vectors(Command app);
+void add_verify(Command app);
 
 // All of them, in the order of the help.
-void add_commands(CLI::App& app);
+void add_commands(Command app);
 
 }  // namespace tool

@@ -6,7 +6,6 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "explain/explain.h"
 #include "explain/positions.h"
@@ -318,19 +317,19 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_decode(CLI::App& app) {
-    CLI::App* const command =
+void add_decode(Command app) {
+    const Command command =
         app.add_subcommand("decode", "Find what would have to be programmed to get a record of the card");
-    command->footer(
+    command.footer(
         "Every record that is shown gives just these bytes; bits that never reach the card are free.\n"
         "Example: npxlate decode 4 9100000000000d230a00000142000000");
     const auto options = std::make_shared<Options>();
-    options->subject.add_to(*command);
-    add_record_source(*command, options->source);
-    options->tx_adj_key_max.add_to(*command);
-    command->add_flag("--all", options->all, "Every candidate in full");
-    command->add_flag("--json", options->json, "The same as JSON");
-    command->callback([options] { run(*options); });
+    options->subject.add_to(command);
+    add_record_source(command, options->source);
+    options->tx_adj_key_max.add_to(command);
+    command.add_flag("--all", options->all, "Every candidate in full");
+    command.add_flag("--json", options->json, "The same as JSON");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

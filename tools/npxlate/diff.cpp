@@ -5,7 +5,6 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <CLI/App.hpp>
 
 #include "explain/comparison.h"
 #include "explain/positions.h"
@@ -176,16 +175,16 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_diff(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("diff", "Compare two records, before and after translation");
-    command->footer("Example: npxlate diff 8 --role key 00000000010000 00000000020000");
+void add_diff(Command app) {
+    const Command command = app.add_subcommand("diff", "Compare two records, before and after translation");
+    command.footer("Example: npxlate diff 8 --role key 00000000010000 00000000020000");
     const auto options = std::make_shared<Options>();
-    options->subject.add_to(*command);
-    add_record_pair_source(*command, options->source);
-    options->argument.add_to(*command);
-    options->tx_adj_key_max.add_to(*command);
-    command->add_flag("--json", options->json, "The same as JSON");
-    command->callback([options] { run_as_comparison([&] { run(*options); }); });
+    options->subject.add_to(command);
+    add_record_pair_source(command, options->source);
+    options->argument.add_to(command);
+    options->tx_adj_key_max.add_to(command);
+    command.add_flag("--json", options->json, "The same as JSON");
+    command.callback([options] { run_as_comparison([&] { run(*options); }); });
 }
 
 }  // namespace tool

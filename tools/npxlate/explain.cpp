@@ -6,7 +6,6 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "explain/positions.h"
 #include "npxlate/commands.h"
@@ -292,16 +291,16 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_explain(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("explain", "Show what becomes of every bit of a record");
-    command->footer("Example: npxlate explain 4 --role key 01 02 03");
+void add_explain(Command app) {
+    const Command command = app.add_subcommand("explain", "Show what becomes of every bit of a record");
+    command.footer("Example: npxlate explain 4 --role key 01 02 03");
     const auto options = std::make_shared<Options>();
-    options->subject.add_to(*command);
-    add_record_source(*command, options->source);
-    options->argument.add_to(*command);
-    options->tx_adj_key_max.add_to(*command);
-    command->add_flag("--json", options->json, "The same as JSON");
-    command->callback([options] { run(*options); });
+    options->subject.add_to(command);
+    add_record_source(command, options->source);
+    options->argument.add_to(command);
+    options->tx_adj_key_max.add_to(command);
+    command.add_flag("--json", options->json, "The same as JSON");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

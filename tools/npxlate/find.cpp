@@ -5,7 +5,6 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "explain/explain.h"
 #include "explain/positions.h"
@@ -206,18 +205,18 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_find(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("find", "Find records by position, name, value or words");
-    command->footer(
+void add_find(Command app) {
+    const Command command = app.add_subcommand("find", "Find records by position, name, value or words");
+    command.footer(
         "Records are found of which, or of a field of which, every word is said: its name or title, a field's name or\n"
         "what becomes of it, its condition. A position finds the fields that carry it, a number the table, 0x91 "
         "constants.\n"
         "Examples: npxlate find L12-15\n"
         "          npxlate find \"queue index\" result");
     const auto options = std::make_shared<Options>();
-    command->add_option("WORDS", options->words, "Positions, values and words")->required();
-    command->add_flag("--json", options->json, "The same as JSON");
-    command->callback([options] { run(*options); });
+    command.add_option("WORDS", options->words, "Positions, values and words").required();
+    command.add_flag("--json", options->json, "The same as JSON");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

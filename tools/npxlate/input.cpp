@@ -17,14 +17,14 @@ constexpr std::size_t most_text = std::size_t{1} << 20;
 
 constexpr const char* file_help = "Read the record from this file, hex or binary; -: from standard input";
 
-void add_words(CLI::App& command, RecordSource& source) {
-    source.command = &command;
-    command.add_option("--words", source.words,
-                       "The hex is words of 2, 4 or 8 bytes, in host order (4) or big-endian (4be)");
+void add_words(Command command, RecordSource& source) {
+    source.command = command;
+    source.words_option = command.add_option(
+        "--words", source.words, "The hex is words of 2, 4 or 8 bytes, in host order (4) or big-endian (4be)");
 }
 
 Bytes parse(const RecordSource& source, std::string_view text) {
-    if (source.command->count("--words") == 0) {
+    if (!source.words_option.given()) {
         return io::parse_pasted(text);
     }
     const auto words = io::parse_words(source.words);
@@ -44,7 +44,7 @@ Bytes read(const RecordSource& source, const std::string& path, bool may_be_bina
             fmt::format("{} is too long: expected the hex of one record (for many: npxlate batch)", input.name())};
     }
     if (may_be_binary && io::is_binary(text)) {
-        if (source.command->count("--words") != 0) {
+        if (source.words_option.given()) {
             throw WrongInput{fmt::format("{} is binary: expected hex, or no --words", input.name())};
         }
         return {text.begin(), text.end()};
@@ -54,10 +54,11 @@ Bytes read(const RecordSource& source, const std::string& path, bool may_be_bina
 
 }  // namespace
 
-void add_record_source(CLI::App& command, RecordSource& source) {
-    CLI::Option* const hex = command.add_option(
+void add_record_source(Command command, RecordSource& source) {
+    source.hex_option = command.add_option(
         "HEX", source.hex, "The record, as hex or as a tool prints it; - or nothing: from standard input");
-    command.add_option("-f,--file", source.files, file_help)->allow_extra_args(false)->excludes(hex);
+    source.file_option =
+        command.add_option("-f,--file", source.files, file_help).one_value_a_time().excludes(source.hex_option);
     add_words(command, source);
 }
 
@@ -74,9 +75,10 @@ Bytes read_record(const RecordSource& source) {
     return parse(source, fmt::format("{}", fmt::join(source.hex, " ")));
 }
 
-void add_record_pair_source(CLI::App& command, RecordSource& source) {
-    command.add_option("RECORDS", source.hex, "Two records, each as one argument of hex; - for standard input");
-    command.add_option("-f,--file", source.files, file_help)->allow_extra_args(false);
+void add_record_pair_source(Command command, RecordSource& source) {
+    source.hex_option =
+        command.add_option("RECORDS", source.hex, "Two records, each as one argument of hex; - for standard input");
+    source.file_option = command.add_option("-f,--file", source.files, file_help).one_value_a_time();
     add_words(command, source);
 }
 
@@ -92,11 +94,11 @@ std::pair<Bytes, Bytes> read_record_pair(const RecordSource& source) {
     std::vector<Bytes> records;
     auto hex = source.hex.begin();
     auto file = source.files.begin();
-    for (const CLI::Option* option : source.command->parse_order()) {
-        if (option == source.command->get_option("RECORDS") && hex != source.hex.end()) {
+    for (const Option option : source.command.parse_order()) {
+        if (option == source.hex_option && hex != source.hex.end()) {
             records.push_back(is_input(*hex) ? read(source, "-", false) : parse(source, *hex));
             ++hex;
-        } else if (option == source.command->get_option("--file") && file != source.files.end()) {
+        } else if (option == source.file_option && file != source.files.end()) {
             records.push_back(read(source, *file++, true));
         }
     }

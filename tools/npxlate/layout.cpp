@@ -4,7 +4,6 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "explain/explain.h"
 #include "explain/positions.h"
@@ -295,22 +294,22 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_layout(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("layout", "List which bits go where in a translator's records");
-    command->footer(
+void add_layout(Command app) {
+    const Command command = app.add_subcommand("layout", "List which bits go where in a translator's records");
+    command.footer(
         "Every layout is listed once, with its condition; a later one overwrites an earlier one.\n"
         "Example: npxlate layout 4 --role reverse");
     const auto options = std::make_shared<Options>();
-    options->subject.add_to(*command, false);
-    CLI::Option* const length = command->add_option("--length", options->length,
-                                                    "For records of so many bytes, where a translator takes several");
+    options->subject.add_to(command, false);
+    const Option length = command.add_option("--length", options->length,
+                                             "For records of so many bytes, where a translator takes several");
     command
-        ->add_option("--length-argument", options->length_argument, "For any length argument, also one that is refused")
-        ->excludes(length);
-    command->add_flag("--all", options->all, "Every record of every table");
-    command->add_flag("--forms", options->forms, "Every form by itself: what a record gets in the end");
-    command->add_flag("--json", options->json, "The same as JSON");
-    command->callback([options] { run(*options); });
+        .add_option("--length-argument", options->length_argument, "For any length argument, also one that is refused")
+        .excludes(length);
+    command.add_flag("--all", options->all, "Every record of every table");
+    command.add_flag("--forms", options->forms, "Every form by itself: what a record gets in the end");
+    command.add_flag("--json", options->json, "The same as JSON");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

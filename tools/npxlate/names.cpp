@@ -8,7 +8,6 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
-#include <CLI/App.hpp>
 
 #include "names/import.h"
 #include "npxlate/commands.h"
@@ -97,24 +96,24 @@ void run_import(const ImportOptions& options) {
     }
 }
 
-void add_import(CLI::App& command) {
-    CLI::App* const import =
+void add_import(Command command) {
+    const Command import_command =
         command.add_subcommand("import", "Write the names of a record from the structure that a program has for it");
-    import->footer("Example: npxlate names import --elf card --struct rx_adjacency --table 4 >> names.toml");
+    import_command.footer("Example: npxlate names import --elf card --struct rx_adjacency --table 4 >> names.toml");
     const auto options = std::make_shared<ImportOptions>();
-    import->add_option("--elf", options->elf.path, elf_help)->required();
-    import->add_option("--debug-dir", options->elf.debug_folder, debug_folder_help);
-    import->add_option("--struct", options->structure, "The structure, by its name or that of a typedef")->required();
-    import->add_option("--table", options->table_or_name, table_or_name_help)->required();
-    import->add_option("--role", options->role, "key or result; result if only a table id is given")
-        ->check(CLI::IsMember({"key", "result"}));
-    import->add_option("--unit", options->unit, "The source file, where several have such a structure");
-    import->add_option("--bytes", options->bytes, "The size of the record, where the table takes several");
-    import->add_option("--as", options->as, "NAME=STYLE: how to write the value (see npxlate names --help)");
-    import->add_option("-o,--output", options->output, "Write this file instead of standard output");
-    import->callback([options] { run_import(*options);
-});
-}  // namespace
+    import_command.add_option("--elf", options->elf.path, elf_help).required();
+    import_command.add_option("--debug-dir", options->elf.debug_folder, debug_folder_help);
+    import_command.add_option("--struct", options->structure, "The structure, by its name or that of a typedef")
+        .required();
+    import_command.add_option("--table", options->table_or_name, table_or_name_help).required();
+    import_command.add_option("--role", options->role, "key or result; result if only a table id is given")
+        .one_of({"key", "result"});
+    import_command.add_option("--unit", options->unit, "The source file, where several have such a structure");
+    import_command.add_option("--bytes", options->bytes, "The size of the record, where the table takes several");
+    import_command.add_option("--as", options->as, "NAME=STYLE: how to write the value (see npxlate names --help)");
+    import_command.add_option("-o,--output", options->output, "Write this file instead of standard output");
+    import_command.callback([options] { run_import(*options); });
+}
 
 // ---- list
 
@@ -207,31 +206,30 @@ void run_list(const ListOptions& options) {
     }
 }
 
-void add_list(CLI::App& command) {
-    CLI::App* const list_command =
+void add_list(Command command) {
+    const Command list_command =
         command.add_subcommand("list", "List a program's structures that are as long as a table's record");
-    list_command->footer("Example: npxlate names list --elf card --table 4");
+    list_command.footer("Example: npxlate names list --elf card --table 4");
     const auto options = std::make_shared<ListOptions>();
-    list_command->add_option("--elf", options->elf.path, elf_help)->required();
-    list_command->add_option("--debug-dir", options->elf.debug_folder, debug_folder_help);
-    list_command->add_option("--table", options->table_or_name, "Only those that fit this table id");
-    list_command->add_option("--role", options->role, "Only those that fit a key, or a result")
-        ->check(CLI::IsMember({"key", "result"}));
-    list_command->add_flag("--json", options->json, "The same as JSON");
-    list_command->callback([options] { run_list(*options); });
+    list_command.add_option("--elf", options->elf.path, elf_help).required();
+    list_command.add_option("--debug-dir", options->elf.debug_folder, debug_folder_help);
+    list_command.add_option("--table", options->table_or_name, "Only those that fit this table id");
+    list_command.add_option("--role", options->role, "Only those that fit a key, or a result")
+        .one_of({"key", "result"});
+    list_command.add_flag("--json", options->json, "The same as JSON");
+    list_command.callback([options] { run_list(*options); });
 }
 
-}  // namespace tool
+}  // namespace
 
-void add_names(CLI::App& app) {
-    CLI::App* const command =
-        app.add_subcommand("names", "Take the names of records from a program's debug information");
-    command->footer(
+void add_names(Command app) {
+    const Command command = app.add_subcommand("names", "Take the names of records from a program's debug information");
+    command.footer(
         "Values are written as number, signed, hex, flag, label, ipv4, ipv6, mac, bytes or words.\n"
         "Example: npxlate names list --elf card");
-    command->require_subcommand(1);
-    add_import(*command);
-    add_list(*command);
+    command.require_subcommand();
+    add_import(command);
+    add_list(command);
 }
 
 }  // namespace tool

@@ -29,7 +29,7 @@ std::string configured_file() {
 
 }  // namespace
 
-void NamesOption::add_to(CLI::App& command) {
+void NamesOption::add_to(Command command) {
     command.add_option("--names", path_, "Show the names of this file beside the positions");
 }
 

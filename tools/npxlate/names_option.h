@@ -7,9 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/App.hpp>
-
 #include "names/names.h"
+#include "npxlate/command_line.h"
 #include "npxlate/output.h"
 
 namespace tool {
@@ -17,7 +16,7 @@ namespace tool {
 class NamesOption {
 public:
     // --names FILE.
-    void add_to(CLI::App& command);
+    void add_to(Command command);
 
     // The file of the option, else that of the environment's NPXLATE_NAMES, else npxlate/names.toml in the user's
     // configuration folder, if it is there. Throws names::Error for a file that cannot be used.

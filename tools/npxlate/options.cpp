@@ -12,33 +12,33 @@
 
 namespace tool {
 
-void ArgumentOptions::add_to(CLI::App& command) {
+void ArgumentOptions::add_to(Command command) {
     type_option_ = command.add_option("--type", type_, "The type of the entry (table 52)");
     key_option_ = command.add_option("--key", key_, "The logical key of the entry, as hex (table 92)");
 }
 
 FourthArgument ArgumentOptions::read() const {
     FourthArgument argument;
-    if (type_option_ != nullptr && type_option_->count() > 0) {
+    if (type_option_.given()) {
         const auto type = parse_number(type_, std::numeric_limits<std::uint32_t>::max());
         if (!type) {
             throw WrongInput{fmt::format("bad --type {}: expected a number of 32 bits", printable(type_))};
         }
         argument.type = static_cast<std::uint32_t>(*type);
     }
-    if (key_option_ != nullptr && key_option_->count() > 0) {
+    if (key_option_.given()) {
         argument.key = parse_hex(key_);
     }
     return argument;
 }
 
-void TxAdjKeyMaxOption::add_to(CLI::App& command) {
+void TxAdjKeyMaxOption::add_to(Command command) {
     option_ = command.add_option("--tx-adj-key-max", value_,
                                  "The highest transmit-adjacency index that TE next hops (table 7) mark");
 }
 
 void TxAdjKeyMaxOption::apply(const std::vector<const catalogue::Translator*>& translators) const {
-    if (option_ == nullptr || option_->count() == 0) {
+    if (!option_.given()) {
         return;
     }
     const auto depends = [](const catalogue::Translator* translator) {
@@ -55,7 +55,7 @@ void TxAdjKeyMaxOption::apply(const std::vector<const catalogue::Translator*>& t
     TX_ADJ_KEY_MAX = static_cast<std::uint16_t>(*value);
 }
 
-void ThreadsOption::add_to(CLI::App& command) {
+void ThreadsOption::add_to(Command command) {
     command.add_option("--threads", value_, "How many threads to use; otherwise as many as there are processors");
 }
 

@@ -9,7 +9,6 @@
 #include <fmt/color.h>
 #include <fmt/format.h>
 #include <npxlate/npxlate.h>
-#include <CLI/App.hpp>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
@@ -59,17 +58,17 @@ std::string as_text(const Engine& engine) {
 
 }  // namespace
 
-void add_registers(CLI::App& app) {
+void add_registers(Command app) {
     struct Options {
         std::string engine;
         bool json = false;
     };
-    CLI::App* const command = app.add_subcommand("registers", "List the register writes of an engine's bring-up");
-    command->footer("Example: npxlate registers parse");
+    const Command command = app.add_subcommand("registers", "List the register writes of an engine's bring-up");
+    command.footer("Example: npxlate registers parse");
     const auto options = std::make_shared<Options>();
-    command->add_option("ENGINE", options->engine, "parse, resolve or learn")->required();
-    command->add_flag("--json", options->json, "As JSON");
-    command->callback([options] {
+    command.add_option("ENGINE", options->engine, "parse, resolve or learn").required();
+    command.add_flag("--json", options->json, "As JSON");
+    command.callback([options] {
         const Engine& engine = find_engine(options->engine);
         if (options->json) {
             print_json(as_json(engine));

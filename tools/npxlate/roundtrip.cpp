@@ -4,7 +4,6 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "explain/comparison.h"
 #include "explain/positions.h"
@@ -173,18 +172,18 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_roundtrip(CLI::App& app) {
-    CLI::App* const command =
+void add_roundtrip(Command app) {
+    const Command command =
         app.add_subcommand("roundtrip", "Translate a logical result and back, and list what changed");
-    command->footer("Example: npxlate roundtrip 121 01 02 03");
+    command.footer("Example: npxlate roundtrip 121 01 02 03");
     const auto options = std::make_shared<Options>();
-    command->add_option("TABLE_OR_NAME", options->table, table_or_name_help)->required();
-    add_record_source(*command, options->source);
-    options->argument.add_to(*command);
-    options->tx_adj_key_max.add_to(*command);
-    options->names.add_to(*command);
-    command->add_flag("--json", options->json, "The same as JSON");
-    command->callback([options] { run(*options); });
+    command.add_option("TABLE_OR_NAME", options->table, table_or_name_help).required();
+    add_record_source(command, options->source);
+    options->argument.add_to(command);
+    options->tx_adj_key_max.add_to(command);
+    options->names.add_to(command);
+    command.add_flag("--json", options->json, "The same as JSON");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool

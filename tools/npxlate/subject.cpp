@@ -16,10 +16,10 @@ using catalogue::Translator;
 using explain::Field;
 using explain::Kind;
 
-void SubjectOptions::add_to(CLI::App& command, bool required) {
-    command.add_option("TABLE_OR_NAME", table_or_name_, table_or_name_help)->required(required);
+void SubjectOptions::add_to(Command command, bool required) {
+    command.add_option("TABLE_OR_NAME", table_or_name_, table_or_name_help).required(required);
     command.add_option("--role", role_, "key, result or reverse; result if only a table id is given")
-        ->check(CLI::IsMember({"key", "result", "reverse"}));
+        .one_of({"key", "result", "reverse"});
     names_.add_to(command);
 }
 

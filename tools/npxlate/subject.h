@@ -3,9 +3,8 @@
 
 #include <string>
 
-#include <CLI/App.hpp>
-
 #include "explain/explain.h"
+#include "npxlate/command_line.h"
 #include "npxlate/names_option.h"
 #include "npxlate/options.h"
 #include "npxlate/output.h"
@@ -15,7 +14,7 @@ namespace tool {
 class SubjectOptions {
 public:
     // TABLE_OR_NAME, --role and --names.
-    void add_to(CLI::App& command, bool required = true);
+    void add_to(Command command, bool required = true);
     bool given() const { return !table_or_name_.empty(); }
     // Throws WrongInput.
     const catalogue::Translator& find() const;

@@ -6,7 +6,6 @@
 
 #include <fmt/color.h>
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "catalogue/catalogue.h"
 #include "npxlate/commands.h"
@@ -125,12 +124,12 @@ std::string as_text() {
 
 }  // namespace
 
-void add_tables(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("tables", "List the tables: titles, translators, record sizes");
-    command->footer("Sizes are in bytes.\nExample: npxlate tables | grep -i span");
+void add_tables(Command app) {
+    const Command command = app.add_subcommand("tables", "List the tables: titles, translators, record sizes");
+    command.footer("Sizes are in bytes.\nExample: npxlate tables | grep -i span");
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "As JSON");
-    command->callback([json] {
+    command.add_flag("--json", *json, "As JSON");
+    command.callback([json] {
         if (*json) {
             print_json(as_json());
         } else {

@@ -7,7 +7,6 @@
 #include <string>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "catalogue/catalogue.h"
 #include "npxlate/commands.h"
@@ -122,22 +121,22 @@ void run(Role role, const Options& options) {
     }
 }
 
-void add_role(CLI::App& app, Role role, const char* description, const char* example) {
+void add_role(Command app, Role role, const char* description, const char* example) {
     const std::string name{catalogue::to_string(role)};
-    CLI::App* const command = app.add_subcommand(name, description);
-    command->footer(example);
+    const Command command = app.add_subcommand(name, description);
+    command.footer(example);
     const auto options = std::make_shared<Options>();
-    command->add_option("TABLE_OR_NAME", options->table_or_name, table_or_name_help)->required();
-    add_record_source(*command, options->source);
-    options->argument.add_to(*command);
-    options->tx_adj_key_max.add_to(*command);
-    command->add_flag("--json", options->json, "Status, length and bytes as JSON");
-    command->callback([role, options] { run(role, *options); });
+    command.add_option("TABLE_OR_NAME", options->table_or_name, table_or_name_help).required();
+    add_record_source(command, options->source);
+    options->argument.add_to(command);
+    options->tx_adj_key_max.add_to(command);
+    command.add_flag("--json", options->json, "Status, length and bytes as JSON");
+    command.callback([role, options] { run(role, *options); });
 }
 
 }  // namespace
 
-void add_translate(CLI::App& app) {
+void add_translate(Command app) {
     add_role(app, Role::key, "Translate a logical key into the physical one", "Example: npxlate key 5 01 02 03");
     add_role(app, Role::result, "Translate a logical result into the physical one",
              "Example: npxlate result vrrp_vmac_entry_st_xlate_result 00:00:00:00:01:02:03:04");

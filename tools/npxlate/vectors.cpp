@@ -5,7 +5,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"
@@ -73,22 +72,22 @@ std::vector<const Translator*> named(const std::vector<std::string>& tables_or_n
 
 }  // namespace
 
-void add_vectors(CLI::App& app) {
+void add_vectors(Command app) {
     struct Options {
         std::vector<std::string> tables;
         std::string out = "-";
     };
-    CLI::App* const command = app.add_subcommand("vectors", "Write test vectors that decide every bit of every form");
-    command->footer(
+    const Command command = app.add_subcommand("vectors", "Write test vectors that decide every bit of every form");
+    command.footer(
         "JSON Lines, a call a line: translator, form, in, length_in, argument (where there is a fourth), "
         "tx_adj_key_max\n"
         "(where it is not the initial value), out_before, out (absent after a failure), status, length (absent where\n"
         "none is stored), in_after (where it changes).\n"
         "Example: npxlate vectors 4 tx_adjacency_type_xlate_result -o vectors.jsonl");
     const auto options = std::make_shared<Options>();
-    command->add_option("TABLE_OR_NAME", options->tables, "Tables or translators; without: all of them");
-    command->add_option("-o,--output", options->out, "Where to write it; without: standard output");
-    command->callback([options] {
+    command.add_option("TABLE_OR_NAME", options->tables, "Tables or translators; without: all of them");
+    command.add_option("-o,--output", options->out, "Where to write it; without: standard output");
+    command.callback([options] {
         const std::vector<const Translator*> wanted = named(options->tables);
         Output output{options->out};
         for (const Translator* translator : wanted) {

@@ -17,7 +17,6 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <CLI/App.hpp>
 
 #include "explain/explain.h"
 #include "explain/positions.h"
@@ -533,9 +532,9 @@ void run(const Options& options) {
 
 }  // namespace
 
-void add_verify(CLI::App& app) {
-    CLI::App* const command = app.add_subcommand("verify", "Hold a library against test vectors or known entries");
-    command->footer(
+void add_verify(Command app) {
+    const Command command = app.add_subcommand("verify", "Hold a library against test vectors or known entries");
+    command.footer(
         "JSON Lines: vectors as npxlate vectors writes them, or entries with both records, as in\n"
         "  {\"table\": 17, \"key\": \"HEX\", \"physical_key\": \"HEX\", \"result\": \"HEX\", \"physical_result\": "
         "\"HEX\"}\n"
@@ -543,12 +542,12 @@ void add_verify(CLI::App& app) {
         "Exit status: 0 all as expected, 1 something differs, 2 something cannot be read or loaded.\n"
         "Example: npxlate vectors | npxlate verify --library build/libnpxlate.so.1");
     const auto options = std::make_shared<Options>();
-    command->add_option("FILE", options->file, "What to check; - or nothing: standard input");
-    command->add_option("--library", options->library,
-                        "Another library with the same interface; without: npxlate's own");
-    command->add_option("--limit", options->limit, "How many differences and patterns to list; 20 without");
-    command->add_flag("--json", options->json, "JSON Lines: a difference a line, the summary last");
-    command->callback([options] { run(*options); });
+    command.add_option("FILE", options->file, "What to check; - or nothing: standard input");
+    command.add_option("--library", options->library,
+                       "Another library with the same interface; without: npxlate's own");
+    command.add_option("--limit", options->limit, "How many differences and patterns to list; 20 without");
+    command.add_flag("--json", options->json, "JSON Lines: a difference a line, the summary last");
+    command.callback([options] { run(*options); });
 }
 
 }  // namespace tool
