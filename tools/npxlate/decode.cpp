@@ -6,6 +6,7 @@
 #include <memory>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "explain/explain.h"
 #include "explain/positions.h"

@@ -20,10 +20,6 @@ std::size_t page_width() { return line_width(STDOUT_FILENO); }
 // Each byte has eight bits and a wall.
 std::size_t bytes_a_row() { return std::clamp((page_width() - label_width - 1) / 9, std::size_t{1}, most_bytes_a_row); }
 
-std::string painted(std::string_view text, const fmt::text_style& colour, Style style) {
-    return style.colour ? fmt::format(colour, "{}", text) : std::string{text};
-}
-
 std::string rule(std::size_t bytes, const char* left, const char* between, const char* right, Style style) {
     const std::string dashes = [&] {
         std::string text;
@@ -40,6 +36,10 @@ std::string rule(std::size_t bytes, const char* left, const char* between, const
 }
 
 }  // namespace
+
+std::string painted(std::string_view text, const fmt::text_style& colour, Style style) {
+    return style.colour ? fmt::format(colour, "{}", text) : std::string{text};
+}
 
 Style style_of_stdout() { return {.box = draws_boxes(STDOUT_FILENO), .colour = colours(stdout)}; }
 

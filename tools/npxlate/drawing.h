@@ -18,6 +18,9 @@ struct Style {
 };
 Style style_of_stdout();
 
+// In that colour, if the style has colours.
+std::string painted(std::string_view text, const fmt::text_style& colour, Style style);
+
 // A kind of bit: its letter under the bit, its colour and what it means.
 struct Mark {
     char letter;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "npxlate/error.h"
 #include "npxlate/hex.h"

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "explain/positions.h"
 #include "npxlate/commands.h"

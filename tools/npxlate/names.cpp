@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
+#include <nlohmann/json.hpp>
 
 #include "names/import.h"
 #include "npxlate/commands.h"

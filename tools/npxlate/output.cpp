@@ -4,8 +4,10 @@
 
 #include <fmt/color.h>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "io/standard.h"
+#include "npxlate/drawing.h"
 #include "npxlate/terminal.h"
 
 namespace tool {
@@ -13,7 +15,7 @@ namespace {
 
 void say(fmt::color colour, std::string_view kind, std::string_view message) {
     const std::string head =
-        colours(stderr) ? fmt::format(fmt::emphasis::bold | fmt::fg(colour), "{}:", kind) : fmt::format("{}:", kind);
+        painted(fmt::format("{}:", kind), fmt::emphasis::bold | fmt::fg(colour), {.colour = colours(stderr)});
     io::to_standard_error(fmt::format("npxlate: {} {}\n", head, message));
 }
 

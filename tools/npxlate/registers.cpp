@@ -6,11 +6,12 @@
 #include <string>
 #include <string_view>
 
-#include <fmt/color.h>
 #include <fmt/format.h>
 #include <npxlate/npxlate.h>
+#include <nlohmann/json.hpp>
 
 #include "npxlate/commands.h"
+#include "npxlate/drawing.h"
 #include "npxlate/error.h"
 #include "npxlate/output.h"
 #include "npxlate/suggest.h"
@@ -48,8 +49,7 @@ Json as_json(const Engine& engine) {
 }
 
 std::string as_text(const Engine& engine) {
-    const auto heading = colours(stdout) ? fmt::text_style{fmt::emphasis::bold} : fmt::text_style{};
-    std::string text = fmt::format(heading, "{:>5}  {:>6}  {:>10}\n", "index", "number", "value");
+    std::string text = heading(fmt::format("{:>5}  {:>6}  {:>10}", "index", "number", "value"), style_of_stdout());
     for (std::size_t i = 0; i < engine.registers.size(); ++i) {
         text += fmt::format("{:>5}  {:>6}  0x{:08x}\n", i, engine.registers[i].number, engine.registers[i].value);
     }

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "explain/comparison.h"
 #include "explain/positions.h"

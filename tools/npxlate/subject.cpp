@@ -3,6 +3,7 @@
 #include <cctype>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "explain/positions.h"
 #include "npxlate/error.h"

@@ -4,11 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include <fmt/color.h>
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "catalogue/catalogue.h"
 #include "npxlate/commands.h"
+#include "npxlate/drawing.h"
 #include "npxlate/output.h"
 #include "npxlate/translation.h"
 
@@ -97,16 +98,16 @@ std::string row(std::string_view table, const Translator& translator) {
 }
 
 std::string as_text() {
-    const auto heading = colours(stdout) ? fmt::text_style{fmt::emphasis::bold} : fmt::text_style{};
-    std::string text =
-        fmt::format(heading, "{:>5}  {:<8}{:<46}{:>7} {:>8}\n", "table", "role", "translator", "logical", "physical");
+    const Style style = style_of_stdout();
+    std::string text = heading(
+        fmt::format("{:>5}  {:<8}{:<46}{:>7} {:>8}", "table", "role", "translator", "logical", "physical"), style);
     for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
-        text += fmt::format(heading, "{:>5}  {}\n", table, catalogue::title_of_table(table));
+        text += heading(fmt::format("{:>5}  {}", table, catalogue::title_of_table(table)), style);
         for (const Role role : roles) {
             text += row(std::to_string(table), catalogue::of_table(table, role));
         }
     }
-    text += fmt::format(heading, "\nReached by name only\n");
+    text += "\n" + heading("Reached by name only", style);
     std::string last_title;
     for (const Translator& translator : catalogue::translators()) {
         if (!catalogue::tables_of(translator).empty()) {
@@ -114,7 +115,7 @@ std::string as_text() {
         }
         const std::string title = catalogue::title(translator);
         if (title != last_title) {
-            text += fmt::format(heading, "{:>5}  {}\n", "-", title);
+            text += heading(fmt::format("{:>5}  {}", "-", title), style);
             last_title = title;
         }
         text += row("-", translator);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "catalogue/catalogue.h"
 #include "npxlate/commands.h"

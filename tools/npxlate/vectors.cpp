@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 #include "explain/explain.h"
 #include "explain/positions.h"
