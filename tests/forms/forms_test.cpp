@@ -147,6 +147,31 @@ TEST(Conditions, AreSaidInWords) {
     EXPECT_EQ(conditions("esi_info_logical_res_xlate"), (std::vector<std::string>{"K7 is not 255", "K7 is 255"}));
 }
 
+// The status says which records it is for: a choice between several forms.
+std::string condition_of_status(const char* name, std::int32_t status) {
+    const Forms& forms = forms::forms_of(*catalogue::find(name));
+    forms::Cover cover;
+    forms::Node any = trace::never;
+    for (const Form& form : forms.all()) {
+        if (form.status == status) {
+            any = forms.diagrams().either(any, form.condition);
+            forms::Answers& answers = cover.emplace_back();
+            for (const forms::Answer& answer : form.answers) {
+                answers.emplace_back(answer.question, answer.yes);
+            }
+        }
+    }
+    return forms::in_words(forms, forms::simplest(forms, cover, any));
+}
+
+TEST(Conditions, AreChoicesThatReadOnlyOneWay) {
+    EXPECT_EQ(condition_of_status("encap_ole_res_xlate", NPXLATE_OK), "L0-3 is 1 to 4");
+    EXPECT_EQ(condition_of_status("r_ldi_entry_st_result", NPXLATE_OK), "L0.0 or L1.4 clear");
+    EXPECT_EQ(condition_of_status("srv6_sida_res_xlate", NPXLATE_OK), "");
+    EXPECT_EQ(condition_of_status("xid_type_xlate_result", NPXLATE_INVALID),
+              "L8-11 is 11, L60 above 2; or L8-11 is not 1 to 11");
+}
+
 TEST(Values, AreRanges) {
     const Forms& forms = forms::forms_of(*catalogue::find("span_fwd_st_xlate_result"));
     std::vector<BitId> field;

@@ -194,6 +194,26 @@ std::string in_words(const Forms& forms, const Answers& answers) {
     return listed(all, ", ");
 }
 
+// A choice that can be said at once: of single bits, or of the values of one field.
+std::string words_of_all(const Forms& forms, const Cover& cover) {
+    Node any = trace::never;
+    bool about_numbers = true;
+    for (const Answers& answers : cover) {
+        any = forms.diagrams().either(any, node_of(forms, answers));
+        for (const auto& [question, yes] : answers) {
+            about_numbers = about_numbers && is_about_a_number(forms.questions()[question]);
+        }
+    }
+    std::vector<BitId> bits = forms.diagrams().depends_on(any);
+    std::ranges::sort(bits);
+    if (about_numbers && !bits.empty() && is_field(bits)) {
+        return field_name(forms.translator(), bits) + " " +
+               ::forms::in_words(values(forms, any, bits), static_cast<unsigned>(bits.size()));
+    }
+    constexpr std::size_t few = 4;
+    return bits.size() <= few ? words_of_choice(forms, any, "") : "";
+}
+
 }  // namespace
 
 Cover simplest(const Forms& forms, const Cover& answers, Node wanted) {
@@ -221,11 +241,16 @@ Cover simplest(const Forms& forms, const Cover& answers, Node wanted) {
 }
 
 std::string in_words(const Forms& forms, const Cover& cover) {
-    std::vector<std::string> all;
-    for (const Answers& answers : cover) {
-        all.push_back(in_words(forms, answers));
+    if (cover.size() > 1) {
+        if (const std::string words = words_of_all(forms, cover); !words.empty()) {
+            return words;
+        }
     }
-    return listed(all, "; or ");
+    std::string text;
+    for (std::size_t i = 0; i < cover.size(); ++i) {
+        text += (i == 0 ? "" : i + 1 == cover.size() ? "; or " : "; ") + in_words(forms, cover[i]);
+    }
+    return text;
 }
 
 std::string when(const Forms& forms, const Form& form) {
