@@ -1,4 +1,5 @@
-// The page of surprises, against what the catalogue knows: whoever looks a table up there finds what to know about it.
+// The page of surprises, against what the catalogue knows and what the translators do: whoever looks a table up there
+// finds what to know about it, and nothing that is wrong.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,6 +12,9 @@
 #include <string>
 
 #include "catalogue/catalogue.h"
+#include "docs/claims.h"
+#include "docs/fates.h"
+#include "forms/forms.h"
 
 namespace {
 
@@ -131,6 +135,158 @@ TEST(Surprises, TheTablesThatMatterMostAreAtAGlance) {
               std::string::npos);
     EXPECT_NE(text.find("| the buffer is not cleared, or not all of it | " + tables_with(Trait::keeps_buffer) + ";"),
               std::string::npos);
+}
+
+// "30 (12 bytes), 41 (5), ...": the tables that give back more bytes than they take.
+std::string tables_that_grow() {
+    std::string list;
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        const Translator& result = catalogue::of_table(table, Role::result);
+        const Translator& reverse = catalogue::of_table(table, Role::reverse);
+        if (!is_generic(result) && !is_generic(reverse) && result.physical == reverse.physical &&
+            reverse.logical.most > result.logical.most) {
+            list += (list.empty() ? "" : ", ") + std::to_string(table) + " (" + std::to_string(reverse.logical.most) +
+                    (list.empty() ? " bytes)" : ")");
+        }
+    }
+    return list;
+}
+
+// "12, 23, ...": the tables with a translator of that trait, but for reverses that only check their length.
+std::string numbers_with(Trait trait) {
+    std::string list;
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        if (std::ranges::any_of(roles, [&](Role role) { return catalogue::of_table(table, role).has(trait); })) {
+            list += (list.empty() ? "" : ", ") + std::to_string(table);
+        }
+    }
+    return list;
+}
+
+// The tables whose key translator writes behind the key.
+std::string tables_that_write_behind() {
+    std::string list;
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        for (const Role role : roles) {
+            const Translator& translator = catalogue::of_table(table, role);
+            const forms::Forms& forms = forms::forms_of(translator);
+            if (!is_generic(translator) && std::ranges::any_of(forms.all(), [](const forms::Form& form) {
+                    return form.length && form.out.size() > 8 * *form.length;
+                })) {
+                list += (list.empty() ? "" : ", ") + std::to_string(table) + " (" +
+                        std::string{catalogue::to_string(role)} + ")";
+            }
+        }
+    }
+    return list;
+}
+
+TEST(Surprises, TheOtherListsAtAGlanceAreWholeToo) {
+    const std::string text = in_one_line(page());
+    const auto expect = [&](const std::string& line) { EXPECT_NE(text.find(line), std::string::npos) << line; };
+    expect("| the reverse fills a longer logical record than the result translator reads | " + tables_that_grow() +
+           " |");
+    expect("| the translator returns another status than 0 for some records | " + numbers_with(Trait::rejects_records) +
+           ";");
+    expect("| a failure shows only in the out-length that is not stored | " + numbers_with(Trait::hides_failures) +
+           " |");
+    expect("| the reverse takes a fourth argument | " + numbers_with(Trait::takes_type) + " (the entry type), " +
+           numbers_with(Trait::takes_key) + " (the logical key of the entry) |");
+    expect("| a byte behind the record is written | " + tables_that_write_behind() + ":");
+}
+
+// What is said under "Checks its length" of the other reverses.
+TEST(Surprises, OnlyThoseThatAreNamedLookAtTheLength) {
+    for (const Translator& translator : catalogue::translators()) {
+        if (translator.role != Role::reverse || is_generic(translator)) {
+            continue;
+        }
+        const forms::Forms& whole = forms::forms_of(translator);
+        for (const std::int32_t length : {0, 1, whole.length() - 1, whole.length() + 1, 96}) {
+            if (length == whole.length()) {
+                continue;
+            }
+            const forms::Forms& forms = forms::forms_of(translator, length);
+            ASSERT_EQ(forms.all().size(), translator.has(Trait::checks_length) ? 1U : whole.all().size())
+                << translator.name;
+            for (std::size_t i = 0; i < forms.all().size(); ++i) {
+                EXPECT_EQ(forms.all()[i].status,
+                          translator.has(Trait::checks_length) ? NPXLATE_INVALID : whole.all()[i].status)
+                    << translator.name << " with length " << length;
+            }
+        }
+    }
+}
+
+TEST(Surprises, WhatIsComputedIsUpToDate) { EXPECT_EQ(docs::with_fates(page()), page()) << "run scripts/surprises"; }
+
+std::vector<docs::Statement> statements() { return docs::statements_in(contents(NPXLATE_SURPRISES_CLAIMS)); }
+
+// The sentences that the page has under a heading, without what is computed.
+std::string sentences_under(const std::string& heading) {
+    std::istringstream lines{page()};
+    std::string text;
+    bool inside = false;
+    bool computed = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("#")) {
+            inside = line.starts_with("### " + heading + ":") || line == "## " + heading;
+            continue;
+        }
+        computed = line.starts_with("- **") || (computed && line.starts_with("  "));
+        if (inside && !computed) {
+            text += (line.starts_with("- ") ? line.substr(2) : line) + " ";
+        }
+    }
+    return in_one_line(text);
+}
+
+docs::Subject subject_of(const docs::Statement& statement) {
+    const std::string table = "Table ";
+    if (statement.subject.starts_with(table)) {
+        return docs::subject_of_table(static_cast<unsigned>(std::stoul(statement.subject.substr(table.size()))));
+    }
+    return {};  // its claims name their translators
+}
+
+TEST(Surprises, EverySentenceIsHeldByAClaim) {
+    std::map<std::string, std::string> by_subject;
+    for (const docs::Statement& statement : statements()) {
+        std::string& text = by_subject[statement.subject];
+        text += (text.empty() ? "" : " ") + statement.sentence;
+        EXPECT_FALSE(statement.claims.empty()) << statement.subject << ": " << statement.sentence;
+    }
+    for (const auto& [subject, text] : by_subject) {
+        if (subject != "By name") {
+            EXPECT_EQ(sentences_under(subject), text) << subject;
+        }
+    }
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        EXPECT_EQ(by_subject.contains("Table " + std::to_string(table)), has_its_own(table)) << "table " << table;
+    }
+    // A table, with a row each.
+    const std::string rows = sentences_under("By name");
+    std::string expected;
+    for (const docs::Statement& statement : statements()) {
+        expected += statement.subject == "By name" ? " | " + statement.sentence + " |" : "";
+    }
+    EXPECT_NE(rows.find("|---|---|" + expected), std::string::npos);
+    EXPECT_EQ(rows.find("|---|---|") + 9 + expected.size(), rows.size());
+}
+
+TEST(Surprises, EveryClaimHoldsForEveryRecord) {
+    unsigned held = 0;
+    for (const docs::Statement& statement : statements()) {
+        for (const std::string& claim : statement.claims) {
+            if (claim != "-") {
+                EXPECT_EQ(docs::refuted(subject_of(statement), claim), "")
+                    << statement.subject << ": " << statement.sentence << "\n"
+                    << claim;
+                ++held;
+            }
+        }
+    }
+    EXPECT_GT(held, 400U);
 }
 
 TEST(Surprises, EveryTraitOfATranslatorWithoutTableIsNamed) {
