@@ -9,6 +9,7 @@
 #include <set>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 #include "docs/journey.h"
 #include "explain/positions.h"
@@ -111,8 +112,8 @@ struct Place {
 class Reader {
 public:
     // Of the records that fulfil `within` only; which keeps the functions small.
-    Reader(const World& world, const std::string& text, Node within = trace::always)
-        : world_{world}, text_{text}, within_{within}, all_{within} {}
+    Reader(const World& world, std::string text, Node within = trace::always)
+        : world_{world}, text_{std::move(text)}, within_{within}, all_{within} {}
 
     // "A B or C": until the end of the text.
     Node condition() {
@@ -190,7 +191,7 @@ private:
         return value;
     }
 
-    Bits constant(std::uint64_t value) const {
+    static Bits constant(std::uint64_t value) {
         Bits bits;
         for (; value != 0; value >>= 1) {
             bits.push_back((value & 1) != 0 ? trace::always : trace::never);
@@ -203,7 +204,7 @@ private:
         if (end == std::string::npos) {
             fail("a quotation mark is missing", text_);
         }
-        const std::string title = text_.substr(at_, end - at_);
+        std::string title = text_.substr(at_, end - at_);
         at_ = end + 1;
         return title;
     }
@@ -238,7 +239,7 @@ private:
         fail("a comparison is missing", text_.substr(at_));
     }
 
-    Node gets(const Passage& passage, const std::string& title) const {
+    static Node gets(const Passage& passage, const std::string& title) {
         const Node condition = passage.gets(title);
         if (condition == trace::never) {
             fail("no record gets this layout", title);
@@ -448,7 +449,7 @@ public:
             if (reader.take_word(word)) {
                 for (const Place& place : reader.places()) {
                     for (std::size_t k = 0; k < place.width; ++k) {
-                        if (const std::string why = of_bit(word, place.letter, place.first + k); !why.empty()) {
+                        if (std::string why = of_bit(word, place.letter, place.first + k); !why.empty()) {
                             return why;
                         }
                     }
@@ -474,7 +475,7 @@ private:
         std::string text = "not where";
         for (const auto& [id, value] : diagrams_.one_way(records)) {
             const char letter = trace::space_of(id) == Space::in ? (world_.is_reverse() ? 'P' : 'L') : '?';
-            text += " " + name(letter, trace::index_of(id)) + "=" + (value ? "1" : "0");
+            text.append(" ").append(name(letter, trace::index_of(id))).append(value ? "=1" : "=0");
         }
         return text;
     }
@@ -636,7 +637,7 @@ std::string refuted(const Subject& subject, const std::string& claim) {
     const Examiner examiner{world, condition};
     for (const std::string& fact : split(parts[1], ',')) {
         if (const std::string why = examiner.refuted(fact); !why.empty()) {
-            return fact + ": " + why;
+            return std::string{fact}.append(": ").append(why);
         }
     }
     return "";

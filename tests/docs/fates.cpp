@@ -112,7 +112,7 @@ There::There(const Passage& passage)
             condition = diagrams.either(condition, form.condition);
         }
     }
-    for (std::uint16_t bit = 0; bit < bits; ++bit) {
+    for (std::uint16_t bit = 0; bit < number(bits); ++bit) {
         if (!matter.contains(bit)) {
             not_carried.insert(bit);
             carried.erase(bit);
@@ -182,7 +182,7 @@ class Back {
 public:
     Back(const Journey& journey, const There& there)
         : journey_{journey}, there_{there}, diagrams_{journey.diagrams()}, all_{journey.makes_it()} {
-        for (std::uint16_t bit = 0; bit < journey.bits(); ++bit) {
+        for (std::uint16_t bit = 0; bit < number(journey.bits()); ++bit) {
             constant_or_moved(bit);
         }
         take_reversed();
@@ -194,7 +194,7 @@ public:
                 }
             }
         }
-        for (std::uint16_t bit = 0; bit < there.bits; ++bit) {
+        for (std::uint16_t bit = 0; bit < number(there.bits); ++bit) {
             const bool comes_back = restored_.contains(bit) || reversed_.contains(bit) || elsewhere_.contains(bit);
             if (zero_.contains(bit) && !comes_back && !there.not_carried.contains(bit)) {
                 (shows(bit) ? only_elsewhere_ : lost_).insert(bit);

@@ -171,7 +171,7 @@ std::string tables_that_write_behind() {
             const Translator& translator = catalogue::of_table(table, role);
             const forms::Forms& forms = forms::forms_of(translator);
             if (!is_generic(translator) && std::ranges::any_of(forms.all(), [](const forms::Form& form) {
-                    return form.length && form.out.size() > 8 * *form.length;
+                    return form.length && form.out.size() > 8UL * *form.length;
                 })) {
                 list += (list.empty() ? "" : ", ") + std::to_string(table) + " (" +
                         std::string{catalogue::to_string(role)} + ")";
