@@ -7,8 +7,8 @@
 
 namespace bench {
 
+using catalogue::Sample;
 using catalogue::Translator;
-using catalogue::Variant;
 
 std::string copy_name(std::size_t size) { return "generic copy of " + std::to_string(size); }
 
@@ -21,14 +21,14 @@ std::vector<Subject> subjects() {
             continue;
         }
         sizes.insert(size);
-        const auto add = [&](const std::string& variant, std::vector<Variant> variants) {
-            result.push_back({std::string{translator.name} + ", " + variant, size, &translator, std::move(variants)});
+        const auto add = [&](const std::string& sample, std::vector<Sample> samples) {
+            result.push_back({std::string{translator.name} + ", " + sample, size, &translator, std::move(samples)});
         };
-        for (const Variant& variant : translator.variants) {
-            add(variant.name, {variant});
+        for (const Sample& sample : translator.samples) {
+            add(sample.name, {sample});
         }
-        if (translator.variants.size() > 1) {
-            add("mixed", translator.variants);
+        if (translator.samples.size() > 1) {
+            add("mixed", translator.samples);
         }
     }
     for (const std::size_t size : sizes) {
@@ -45,10 +45,10 @@ Records::Records(const Subject& subject) : translator_{subject.translator} {
         return;
     }
     length_ = static_cast<std::int32_t>(translator_->in().most);
-    key_.assign(8, static_cast<std::uint8_t>(subject.variants.front().argument));
-    type_ = subject.variants.front().argument;
+    key_.assign(8, static_cast<std::uint8_t>(subject.samples.front().argument));
+    type_ = subject.samples.front().argument;
     for (std::size_t i = 0; i < count; ++i) {
-        const auto record = catalogue::example(*translator_, subject.variants[i % subject.variants.size()], i + 1);
+        const auto record = catalogue::example(*translator_, subject.samples[i % subject.samples.size()], i + 1);
         std::copy(record.begin(), record.end(), in_.begin() + static_cast<std::ptrdiff_t>(i * stride));
     }
 }

@@ -1,4 +1,4 @@
-// What is measured: every translator of the catalogue with records of one variant or of all its variants, and the
+// What is measured: every translator of the catalogue with records of one of its samples or of all, and the
 // library's own generic copy of as many bytes, to which translators are compared.
 #pragma once
 
@@ -15,7 +15,7 @@ struct Subject {
     std::string name;
     std::size_t size;                                   // of the physical record
     const catalogue::Translator* translator = nullptr;  // null: the generic copy
-    std::vector<catalogue::Variant> variants{};         // of which the records are; several: mixed
+    std::vector<catalogue::Sample> samples{};           // of which the records are; several: mixed
 };
 
 // All translators' subjects, then the copies of the sizes that they have.

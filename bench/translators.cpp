@@ -30,8 +30,8 @@ struct Mean {  // geometric
 };
 
 void print(const std::vector<Subject>& subjects, const bench::Times& times) {
-    std::printf("| Translator, variant | Bytes | ns | Ratio | All threads |\n|---|--:|--:|--:|--:|\n");
-    Mean of_variants;
+    std::printf("| Translator, sample | Bytes | ns | Ratio | All threads |\n|---|--:|--:|--:|--:|\n");
+    Mean of_samples;
     std::map<std::string_view, Mean> of_translators;
     double worst = 0;
     std::string worst_name;
@@ -52,7 +52,7 @@ void print(const std::vector<Subject>& subjects, const bench::Times& times) {
         if (subject.translator == nullptr) {
             continue;
         }
-        of_variants.add(ratio);
+        of_samples.add(ratio);
         of_translators[subject.translator->name].add(ratio);
         slower += ratio > 1 ? 1 : 0;
         if (ratio > worst) {
@@ -60,17 +60,17 @@ void print(const std::vector<Subject>& subjects, const bench::Times& times) {
             worst_name = subject.name;
         }
     }
-    if (of_variants.count == 0) {
+    if (of_samples.count == 0) {
         return;
     }
     Mean each_once;
     for (const auto& [name, mean] : of_translators) {
         each_once.add(mean.value());
     }
-    std::printf("\ngeometric mean of the ratios: %.2f\n", of_variants.value());
+    std::printf("\ngeometric mean of the ratios: %.2f\n", of_samples.value());
     std::printf("geometric mean, each translator counted once: %.2f\n", each_once.value());
     std::printf("worst ratio: %.2f, %s\n", worst, worst_name.c_str());
-    std::printf("slower than the copy: %zu of %zu\n", slower, of_variants.count);
+    std::printf("slower than the copy: %zu of %zu\n", slower, of_samples.count);
 }
 
 }  // namespace

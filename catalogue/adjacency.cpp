@@ -6,7 +6,7 @@ std::vector<Translator> adjacency() {
     return {
         NPXLATE_KEY(rx_adjacency_type_xlate_key, 3, 3),
         NPXLATE_RESULT(rx_adjacency_type_xlate_result, 30, 16)
-            .in_variants({
+            .with_samples({
                 {"A, 24 bits", "L0.5=1 L2.0=1"},
                 {"A, 32 bits", "L0.5=1 L2.0=0"},
                 {"B", "L0.5=0 L0.6=1"},
@@ -20,7 +20,7 @@ std::vector<Translator> adjacency() {
             }),
         NPXLATE_REVERSE(rx_adjacency_type_logical_xlate_result, 30, 16)
             .with(Trait::keeps_buffer)
-            .in_variants({
+            .with_samples({
                 {"A, 24 bits", "P3.7=1 P3.5=1"},
                 {"A, 32 bits", "P3.7=1 P3.5=0"},
                 {"C, neither byte", "P3.7=0 P1.0=1 P1.1=0 P1.2=0"},
@@ -31,7 +31,7 @@ std::vector<Translator> adjacency() {
             }),
         NPXLATE_KEY(tx_adjacency_type_xlate_key, 3, 3),
         NPXLATE_RESULT(tx_adjacency_type_xlate_result, 90, 32)
-            .in_variants({
+            .with_samples({
                 {"X", "L72.2=1"},
                 {"T1, value, triple", "L72.2=0 L2.0=1 L12.1=1 L12.2=1"},
                 {"T1, value", "L72.2=0 L2.0=1 L12.1=1 L12.2=0"},
@@ -49,7 +49,7 @@ std::vector<Translator> adjacency() {
                 {"T6 with L88-89 and triple", "L72.2=0 L2.0=0 L0.7=0 L1.4=0 L1.1=0 L1.2=0 L1.6=0 L0.5=1 L2.1=1"},
             }),
         NPXLATE_REVERSE(tx_adjacency_type_logical_xlate_result, 90, 32)
-            .in_variants({
+            .with_samples({
                 {"T2, 24 bits", "P3.7=1 P2.4=1 P0.6=1"},
                 {"T2, two words", "P3.7=1 P2.4=0 P0.6=0"},
                 {"T4", "P3.7=0 P1.3=1 P0.6=0"},
@@ -59,7 +59,7 @@ std::vector<Translator> adjacency() {
             }),
         NPXLATE_KEY(te_nh_adjacency_type_xlate_key, 2, 2),
         NPXLATE_RESULT(te_nh_adjacency_type_xlate_result, 61, 32)
-            .in_variants({
+            .with_samples({
                 {"L0.5 set", "L0.5=1 L0.2=0 L56=31"},
                 {"L0.5 set, L56 above 31, triple", "L0.5=1 L0.2=1 L56=32"},
                 {"L0.5 clear", "L0.5=0 L0.2=0 L8-10=0x1000"},

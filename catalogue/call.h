@@ -7,7 +7,7 @@
 
 namespace catalogue {
 
-// The variants' argument, in both of the forms in which a translator may take it: the entry type, and a logical key
+// The samples' argument, in both of the forms in which a translator may take it: the entry type, and a logical key
 // that holds it in byte 7.
 class Argument {
 public:

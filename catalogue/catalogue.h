@@ -46,9 +46,10 @@ inline constexpr Trait all_traits[] = {
     Trait::takes_key,     Trait::checks_length, Trait::rejects_records, Trait::hides_failures,
 };
 
-// A record that takes a translator through one of its variants: bits and bytes that it must hold, such as
-// "L0.5=0 L0.6=1 L8-11=3" (values of several bytes little-endian); everything else may hold anything.
-struct Variant {
+// A hand-picked kind of record for tests and measurements: bits and bytes that it must hold, such as "L0.5=0 L0.6=1
+// L8-11=3" (values of several bytes little-endian); everything else may hold anything. What a translator does with all
+// records is for its forms to say.
+struct Sample {
     const char* name;
     const char* holds = "";
     std::uint32_t argument = 0;  // the entry type, or byte 7 of the logical key, for those that take a fourth argument
@@ -65,7 +66,7 @@ struct Translator {
     npxlate_reverse_by_type_fn* reverse_by_type = nullptr;
     npxlate_reverse_by_key_fn* reverse_by_key = nullptr;
     unsigned traits = 0;
-    std::vector<Variant> variants{{"every record"}};
+    std::vector<Sample> samples{{"every record"}};
     std::string_view family{};
 
     bool has(Trait trait) const { return (traits & static_cast<unsigned>(trait)) != 0; }
@@ -78,8 +79,8 @@ struct Translator {
         traits |= (static_cast<unsigned>(more) | ...);
         return std::move(*this);
     }
-    Translator in_variants(std::vector<Variant> list) && {
-        variants = std::move(list);
+    Translator with_samples(std::vector<Sample> list) && {
+        samples = std::move(list);
         return std::move(*this);
     }
 };

@@ -10,7 +10,7 @@ namespace catalogue {
 namespace {
 
 [[noreturn]] void refuse(std::string_view text, const char* why) {
-    throw std::invalid_argument{"variant holds \"" + std::string{text} + "\": " + why};
+    throw std::invalid_argument{"sample holds \"" + std::string{text} + "\": " + why};
 }
 
 // Takes a number from the front of the text: decimal, or hexadecimal after 0x.
@@ -71,10 +71,10 @@ void assign(std::vector<std::uint8_t>& record, char side, std::string_view assig
     }
 }
 
-// Everything that the variant holds.
-void hold(std::vector<std::uint8_t>& record, const Translator& translator, const Variant& variant) {
+// Everything that the sample holds.
+void hold(std::vector<std::uint8_t>& record, const Translator& translator, const Sample& sample) {
     const char side = translator.role == Role::reverse ? 'P' : 'L';
-    std::string_view rest = variant.holds;
+    std::string_view rest = sample.holds;
     while (!rest.empty()) {
         const std::string_view word = rest.substr(0, rest.find(' '));
         if (!word.empty()) {
@@ -86,20 +86,14 @@ void hold(std::vector<std::uint8_t>& record, const Translator& translator, const
 
 }  // namespace
 
-std::vector<std::uint8_t> example(const Translator& translator, const Variant& variant, std::uint64_t seed) {
+std::vector<std::uint8_t> example(const Translator& translator, const Sample& sample, std::uint64_t seed) {
     std::mt19937_64 random{seed};
     std::vector<std::uint8_t> record(translator.in().most);
     for (std::uint8_t& byte : record) {
         byte = static_cast<std::uint8_t>(random());
     }
-    hold(record, translator, variant);
+    hold(record, translator, sample);
     return record;
-}
-
-bool satisfies(std::span<const std::uint8_t> record, const Translator& translator, const Variant& variant) {
-    std::vector<std::uint8_t> held{record.begin(), record.end()};
-    hold(held, translator, variant);
-    return std::ranges::equal(held, record);
 }
 
 }  // namespace catalogue

@@ -5,7 +5,7 @@ namespace catalogue {
 std::vector<Translator> feature() {
     return {
         NPXLATE_RESULT(qos_str_xlate_result, 36, 32)
-            .in_variants({
+            .with_samples({
                 {"all codes 0", "L8=0 L11=0 L14=0 L18=0 L21=0 L24=0"},
                 {"pair 1 in the order of its codes", "L8=0x10 L18=0x98"},
                 {"pair 1 exchanged", "L8=0x01 L18=0x87"},
@@ -18,7 +18,7 @@ std::vector<Translator> feature() {
             }),
         NPXLATE_KEY(h_qos_ez_xlate_hash_key, 8, 8),
         NPXLATE_RESULT(h_qos_ez_xlate_hash_result, 34, 32)
-            .in_variants({
+            .with_samples({
                 {"L20.0 set", "L20.0=1"},
                 {"L20.0 clear", "L20.0=0"},
             }),
@@ -38,7 +38,7 @@ std::vector<Translator> feature() {
         NPXLATE_REVERSE(remote_slot_idx_logical_res_xlate, 5, 8).with(Trait::checks_length),
         NPXLATE_KEY(quill_rack_table_xlate_key, 2, 2),
         NPXLATE_RESULT(quill_rack_table_xlate_result, 20, 32)
-            .in_variants({
+            .with_samples({
                 {"range 4", "L2=4"},
                 {"range 8", "L2=8"},
                 {"any other range", "L2=2"},
@@ -48,20 +48,20 @@ std::vector<Translator> feature() {
         NPXLATE_KEY(span_fwd_st_xlate_key, 4, 3),
         NPXLATE_RESULT(span_fwd_st_xlate_result, 28, 32)
             .with(Trait::changes_input)
-            .in_variants({
+            .with_samples({
                 {"with address, L18-19 carried", "L4.2=1 L18-19=128"},
                 {"with address, L18-19 limited", "L4.2=1 L18-19=129"},
                 {"without address, L18-19 carried", "L4.2=0 L18-19=127"},
                 {"without address, L18-19 limited", "L4.2=0 L18-19=0xffff"},
             }),
         NPXLATE_REVERSE(span_fwd_logical_xlate_result, 28, 32)
-            .in_variants({
+            .with_samples({
                 {"with address", "P1.7=1"},
                 {"without address", "P1.7=0"},
             }),
         NPXLATE_KEY(sample_nf_info_st_xlate_key, 4, 3),
         NPXLATE_RESULT(sample_nf_info_st_xlate_result, 9, 16)
-            .in_variants({
+            .with_samples({
                 {"rate 2048", "L0-1=2048"},
                 {"rate 4096", "L0-1=4096"},
                 {"rate 8192", "L0-1=8192"},
@@ -74,7 +74,7 @@ std::vector<Translator> feature() {
         NPXLATE_REVERSE(sample_nf_info_logical_res_xlate, 9, 16).with(Trait::checks_length),
         NPXLATE_RESULT(pbr_str_xlate_result, 34, 32)
             .with(Trait::keeps_buffer)
-            .in_variants({
+            .with_samples({
                 {"two bytes, L1.0 set", "L1.0=1"},
                 {"three bytes, L1.0 clear", "L1.0=0"},
             }),
@@ -89,7 +89,7 @@ std::vector<Translator> feature() {
         NPXLATE_KEY(rx_common_flow_key, 32, 32),
         NPXLATE_RESULT(rx_common_flow_xlate_result, 32, 32),
         NPXLATE_RESULT(vidmon_str_xlate_result, 24, 32)
-            .in_variants({
+            .with_samples({
                 {"neither group", "L0.7=0 L0.6=0"},
                 {"group of L0.7", "L0.7=1 L0.6=0"},
                 {"group of L0.6", "L0.7=0 L0.6=1"},
@@ -101,7 +101,7 @@ std::vector<Translator> feature() {
         NPXLATE_RESULT(vidmon_rtp_pt_xlate_result, 4, 8),
         NPXLATE_KEY(li_md_st_xlate_key, 2, 2)
             .with(Trait::changes_input)
-            .in_variants({
+            .with_samples({
                 {"index moved", "L0.0=1"},
                 {"index moved over its end", "L0-1=0xffff"},
                 {"index as it is", "L0.0=0"},
@@ -110,7 +110,7 @@ std::vector<Translator> feature() {
         NPXLATE_REVERSE(li_md_logical_xlate_result, 30, 32),
         NPXLATE_KEY(platform_xlate_pit_key, 5, 5),
         NPXLATE_RESULT(platform_xlate_pit_result, 83, 32)
-            .in_variants({
+            .with_samples({
                 {"1 by L0.0, L3.0 set", "L0.0=1 L3.1=0 L3.0=1"},
                 {"1 by L0.0, L3.0 clear", "L0.0=1 L3.1=0 L3.0=0"},
                 {"1 by L3.1", "L0.0=0 L3.1=1"},

@@ -8,7 +8,7 @@ std::vector<Translator> l2vpn() {
         NPXLATE_KEY(xid_type_xlate_key, 4, Lengths{3, 4}),
         NPXLATE_RESULT(xid_type_xlate_result, 92, 32)
             .with(Trait::rejects_records)
-            .in_variants({
+            .with_samples({
                 {"type 1", "L8-11=1 L1.5=1"},
                 {"type 1, L1.5 clear", "L8-11=1 L1.5=0 L12-15=3"},
                 {"type 2", "L8-11=2 L1.5=1"},
@@ -42,7 +42,7 @@ std::vector<Translator> l2vpn() {
                 {"type 12, rejected", "L8-11=12"},
             }),
         NPXLATE_REVERSE(xid_type_logical_xlate_result, 92, 32)
-            .in_variants({
+            .with_samples({
                 {"type 1", "P1.7=1 P26.4=1"},
                 {"type 1, P26.4 clear", "P1.7=1 P26.4=0"},
                 {"type 2", "P1.7=0 P0.6=1 P26.4=1"},
@@ -73,7 +73,7 @@ std::vector<Translator> l2vpn() {
 
         NPXLATE_KEY(bridge_domain_type_xlate_key, 2, 3),
         NPXLATE_RESULT(bridge_domain_type_xlate_result, 101, 32)
-            .in_variants({
+            .with_samples({
                 {"no variant", "L0.3=0 L2.1=0 L4.0=0 L3.1=0 L3.0=0 L2.7=0"},
                 {"L68-70", "L0.3=1 L2.1=0 L3.1=0 L3.0=0 L2.7=0"},
                 {"L68-70 and L52-53, L76-79", "L0.3=1 L2.1=1 L3.1=1"},
@@ -82,7 +82,7 @@ std::vector<Translator> l2vpn() {
                 {"L83-87, L76-79", "L0.3=0 L2.1=0 L4.0=1 L3.1=1"},
             }),
         NPXLATE_REVERSE(bridge_domain_type_logical_xlate_result, 120, 32)
-            .in_variants({
+            .with_samples({
                 {"no variant", "P0.5=0 P0.6=0 P1.2=0 P1.5=0 P1.1=0 P1.0=0"},
                 {"L68-71, L76-79", "P0.5=1 P0.6=1 P1.2=0 P1.5=1"},
                 {"L56-59 and L52-55, L72-75 by P1.1", "P0.5=1 P0.6=0 P1.2=0 P1.5=0 P1.1=1 P1.0=0"},
@@ -92,18 +92,18 @@ std::vector<Translator> l2vpn() {
             }),
         NPXLATE_KEY(bridge_domain_ext_type_xlate_key, 2, 3),
         NPXLATE_RESULT(bridge_domain_ext_type_xlate_result, 101, 16)
-            .in_variants({
+            .with_samples({
                 {"one value", "L1.3=1"},
                 {"two values", "L1.3=0"},
             }),
         NPXLATE_REVERSE(bridge_domain_ext_type_logical_xlate_result, 120, 16)
-            .in_variants({
+            .with_samples({
                 {"one value", "P1.7=1"},
                 {"two values", "P1.7=0"},
             }),
         NPXLATE_KEY(bridge_domain_member_type_xlate_key, 12, 5),
         NPXLATE_RESULT(bridge_domain_member_type_xlate_result, 64, 24)
-            .in_variants({
+            .with_samples({
                 {"A", "L0.1=1"},
                 {"B, value", "L0.1=0 L0.3=1 L0.5=1"},
                 {"B, no value", "L0.1=0 L0.3=1 L0.5=0"},
@@ -111,7 +111,7 @@ std::vector<Translator> l2vpn() {
                 {"no variant", "L0.1=0 L0.3=0 L1.1=0"},
             }),
         NPXLATE_REVERSE(bridge_domain_member_type_logical_xlate_result, 64, 24)
-            .in_variants({
+            .with_samples({
                 {"A", "P1.7=1"},
                 {"B", "P1.7=0 P0.6=1"},
                 {"C", "P1.7=0 P0.6=0 P0.5=1"},
@@ -120,7 +120,7 @@ std::vector<Translator> l2vpn() {
 
         NPXLATE_KEY(l2_ufib_type_xlate_key, 14, 9),
         NPXLATE_RESULT(l2_ufib_type_xlate_result, 72, 32)
-            .in_variants({
+            .with_samples({
                 {"1, 20 bits", "L1.0=1 L3.1=1 L0.7=0"},
                 {"1, 20 bits, halved destination", "L1.0=1 L3.1=1 L0.7=1"},
                 {"1, 32 bits", "L1.0=1 L3.1=0 L0.7=0"},
@@ -137,7 +137,7 @@ std::vector<Translator> l2vpn() {
                 {"no variant, halved destination", "L1.0=0 L0.0=0 L0.2=0 L0.7=1"},
             }),
         NPXLATE_REVERSE(l2_ufib_type_logical_xlate_result, 72, 32)
-            .in_variants({
+            .with_samples({
                 {"1, 20 bits", "P2.0=1 P1.2=1 P1.3=0 P2.3=0 P2.1=0"},
                 {"1, 32 bits, halved destination", "P2.0=1 P1.2=0 P1.3=0 P2.3=0 P2.1=1"},
                 {"2", "P2.0=0 P1.3=1 P2.3=0 P2.1=0"},
@@ -156,48 +156,48 @@ std::vector<Translator> l2vpn() {
         NPXLATE_RESULT(evpn_mac_mb_type_xlate_result, 22, 32),
         NPXLATE_REVERSE(evpn_mac_mb_type_logical_xlate_result, 32, 32),
         NPXLATE_KEY(evpn_mh_peer_type_xlate_key, 12, 7)
-            .in_variants({
+            .with_samples({
                 {"peer", "L0.0=0"},
                 {"PBB-EVPN", "L0.0=1"},
                 {"PBB-EVPN, L8 zero", "L0.0=1 L8=0"},
             }),
         NPXLATE_RESULT(evpn_mh_peer_type_xlate_result, 10, 8)
-            .in_variants({
+            .with_samples({
                 {"peer", "L0.0=0"},
                 {"PBB-EVPN", "L0.0=1"},
             }),
         NPXLATE_REVERSE(evpn_mh_peer_type_logical_xlate_result, 12, 8)
-            .in_variants({
+            .with_samples({
                 {"peer", "P0.7=1"},
                 {"PBB-EVPN", "P0.7=0"},
             }),
         NPXLATE_KEY(pbbevpn_esi_bmac_type_xlate_key, 12, 7)
-            .in_variants({
+            .with_samples({
                 {"any L8"},
                 {"L8 zero", "L8=0"},
             }),
         NPXLATE_RESULT(pbbevpn_esi_bmac_type_xlate_result, 10, 8),
         NPXLATE_REVERSE(pbbevpn_esi_bmac_type_logical_xlate_result, 12, 8),
         NPXLATE_KEY(velox_esi_info_type_xlate_key, 8, 7)
-            .in_variants({
+            .with_samples({
                 {"ESI", "L7=255"},
                 {"MSTI", "L7=0"},
                 {"MSTI, L4 255", "L7=0 L4=255"},
             }),
         NPXLATE_RESULT(velox_esi_info_type_xlate_result, 9, 8)
-            .in_variants({
+            .with_samples({
                 {"ESI", "L0=1"},
                 {"MSTI", "L0=0"},
             }),
         // With the key of an Ethernet segment it clears and fills 8 bytes, with any other 12.
         NPXLATE_REVERSE(esi_info_logical_res_xlate, Lengths{8, 12}, 8)
             .with(Trait::keeps_buffer)
-            .in_variants({
+            .with_samples({
                 {"Ethernet segment", "", 0xff},
                 {"spanning-tree instance", "", 0},
             }),
         NPXLATE_KEY(velox_msti_info_type_xlate_key, 5, 7)
-            .in_variants({
+            .with_samples({
                 {"any L4"},
                 {"L4 255", "L4=255"},
             }),
@@ -206,7 +206,7 @@ std::vector<Translator> l2vpn() {
 
         NPXLATE_KEY(l2_vpn_ldi_type_xlate_key, 4, 2),
         NPXLATE_RESULT(l2_vpn_ldi_type_xlate_result, 36, 32)
-            .in_variants({
+            .with_samples({
                 {"labelled paths", "L0.4=1 L4=4"},
                 {"labelled paths, count above 64", "L0.4=1 L4=65"},
                 {"labelled paths, nothing in the summary", "L0.4=1 L12=0 L17=0 L22=0 L27=0 L32=0 L33=0 L34=0"},
@@ -216,17 +216,17 @@ std::vector<Translator> l2vpn() {
             }),
         NPXLATE_KEY(vni_info_st_xlate_key, 8, 4)
             .with(Trait::changes_input)
-            .in_variants({
+            .with_samples({
                 {"kind 0", "L0=0"},
                 {"other kinds", "L0=1"},
             }),
         NPXLATE_RESULT(vni_info_st_xlate_result, 36, 32)
-            .in_variants({
+            .with_samples({
                 {"P11 is 4", "L0.0=1"},
                 {"P11 is 2", "L0.0=0"},
             }),
         NPXLATE_REVERSE(vni_info_logical_res_xlate, 36, 32)
-            .in_variants({
+            .with_samples({
                 {"P11 is 4", "P11=4"},
                 {"P11 is 2", "P11=2"},
             }),

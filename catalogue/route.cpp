@@ -6,7 +6,7 @@ std::vector<Translator> route() {
     return {
         NPXLATE_KEY(ip_leaf_st_xlate_key, 3, 3),
         NPXLATE_RESULT(ip_leaf_st_xlate_result, 64, 32)
-            .in_variants({
+            .with_samples({
                 {"A, L32 triple", "L0.4=1 L0.0=0 L1.4=0 L1.3=0 L2.5=0 L2.3=0"},
                 {"A, L36 triple", "L0.4=1 L0.0=1 L1.4=1 L1.3=0 L2.5=1 L2.3=0"},
                 {"A, no flag, no triple", "L0.4=1 L12.0=0 L17.0=0 L22.0=0 L27.0=0 L2.5=0 L32-34=0 L1.3=0 L2.3=0"},
@@ -34,7 +34,7 @@ std::vector<Translator> route() {
                 {"C, queue, SRv6", "L0.4=0 L0.0=0 L1.3=1 L2.3=1"},
             }),
         NPXLATE_REVERSE(ip_leaf_st_logical_xlate_result, 64, 32)
-            .in_variants({
+            .with_samples({
                 {"A", "P0.6=1"},
                 {"B, C", "P0.6=0"},
             }),
@@ -44,7 +44,7 @@ std::vector<Translator> route() {
         NPXLATE_KEY(r_ldi_key_st_xlate_key, 3, 3),
         NPXLATE_RESULT(r_ldi_entry_st_result, 36, 16)
             .with(Trait::changes_input, Trait::rejects_records)
-            .in_variants({
+            .with_samples({
                 {"L1.4 clear, 3 paths", "L1.4=0 L2=3 L1.3=0 L0.1=0"},
                 {"L1.4 clear, 4 paths", "L1.4=0 L2=4 L1.3=0 L0.1=0"},
                 {"L1.4 clear, label", "L1.4=0 L2=0 L1.3=1 L0.1=0"},
@@ -56,7 +56,7 @@ std::vector<Translator> route() {
             }),
         NPXLATE_KEY(nr_ldi_entry_st_xlate_key, 3, 3),
         NPXLATE_RESULT(nr_ldi_entry_st_result, 168, 32)
-            .in_variants({
+            .with_samples({
                 {"label array", "L2.7=1"},
                 {"label array, L106 zero", "L2.7=1 L106=0"},
                 {"L2.3", "L2.7=0 L2.3=1 L64=64"},
@@ -88,13 +88,13 @@ std::vector<Translator> route() {
                 {"plain, L156.0 and L156.1", "L2.7=0 L2.3=0 L2.4=0 L1.7=0 L1.1=0 L1.3=0 L0.4=1 L156.0=1 L156.1=1"},
             }),
         NPXLATE_REVERSE(nr_ldi_entry_st_logical_xlate_result, 168, 32)
-            .in_variants({
+            .with_samples({
                 {"protected path", "P1.3=1"},
                 {"others", "P1.3=0"},
             }),
         NPXLATE_KEY(mpls_leaf_st_xlate_key, 5, 3),
         NPXLATE_RESULT(mpls_leaf_st_result, 90, 32)
-            .in_variants({
+            .with_samples({
                 {"1", "L0.4=1"},
                 {"2", "L0.4=0 L0.6=1"},
                 {"3", "L0.4=0 L0.6=0 L0.7=1"},
@@ -125,33 +125,33 @@ std::vector<Translator> route() {
                 {"none", "L0=0 L2.4=0 L4.6=0 L4.5=0 L4.4=0 L1.6=0 L1.7=0"},
             }),
         NPXLATE_KEY(lag_type_xlate_key, 7, 3)
-            .in_variants({
+            .with_samples({
                 {"kind 1", "L0-3=1"},
                 {"kind 2", "L0-3=2"},
                 {"another kind", "L0-3=3"},
             }),
         NPXLATE_RESULT(lag_type_xlate_result, 14, 16)
-            .in_variants({
+            .with_samples({
                 {"member", "L0.3=1"},
                 {"no member", "L0.3=0"},
                 {"range 4", "L7=4"},
                 {"range 8", "L7=8"},
             }),
         NPXLATE_REVERSE(lag_type_logical_xlate_result, 14, 16)
-            .in_variants({
+            .with_samples({
                 {"no range", "P4.3=0"},
                 {"range 4", "P4.3=1 P4.2=0"},
                 {"range 8", "P4.3=1 P4.2=1"},
                 {"no member", "P8=0"},
             }),
         NPXLATE_KEY(lag_info_type_xlate_key, 8, 2)
-            .in_variants({
+            .with_samples({
                 {"kind 1", "L0-3=1"},
                 {"kind 2", "L0-3=2"},
                 {"another kind", "L0-3=3"},
             }),
         NPXLATE_RESULT(lag_info_type_xlate_result, 12, 8)
-            .in_variants({
+            .with_samples({
                 {"no member", "L4=0"},
                 {"31 members", "L4=31"},
                 {"32 members", "L4=32"},
@@ -163,7 +163,7 @@ std::vector<Translator> route() {
         NPXLATE_KEY(srv6_sida_key_xlate, 3, 3),
         NPXLATE_RESULT(srv6_sida_res_xlate, 80, 32)
             .with(Trait::hides_failures)
-            .in_variants({
+            .with_samples({
                 {"list", "L0.0=1"},
                 {"information, 0 identifiers", "L0.0=0 L2=0"},
                 {"information, 4 identifiers", "L0.0=0 L2=4"},
@@ -171,13 +171,13 @@ std::vector<Translator> route() {
             }),
         NPXLATE_RESULT(srv6_array_res_xlate, 80, 32)
             .with(Trait::rejects_records)
-            .in_variants({
+            .with_samples({
                 {"list", "L0.0=1"},
                 {"rejected: no list", "L0.0=0"},
             }),
         NPXLATE_RESULT(srv6_info_res_xlate, 80, 32)
             .with(Trait::rejects_records)
-            .in_variants({
+            .with_samples({
                 {"0 identifiers", "L0.0=0 L2=0 L4-7=30"},
                 {"1 identifier", "L0.0=0 L2=1 L4-7=31"},
                 {"2 identifiers", "L0.0=0 L2=2 L4-7=32"},
@@ -198,7 +198,7 @@ std::vector<Translator> route() {
         NPXLATE_RESULT(ext_lspa_st_result, 20, 16),
         NPXLATE_KEY(sr_te_lspa_key, 3, 3),
         NPXLATE_RESULT(sr_te_lspa_result, 52, 32)
-            .in_variants({
+            .with_samples({
                 {"1 label", "L2=0"},
                 {"2 labels", "L2=1 L3=0"},
                 {"3 labels", "L2=1 L3=1 L4=0"},

@@ -27,7 +27,7 @@ constexpr const char* ways[] = {"library", "words", "structures", "table"};
 struct Line {
     std::string name;
     std::size_t size;
-    std::vector<catalogue::Variant> variants;
+    std::vector<catalogue::Sample> samples;
     std::vector<Translator> by_way;  // in the order of the ways
 };
 
@@ -43,15 +43,15 @@ std::vector<Line> lines() {
         by_way[1].forward = record.by_words;
         by_way[2].forward = record.by_structures;
         by_way[3].forward = record.by_table;
-        std::vector<catalogue::Variant> variants;
-        for (const catalogue::Variant& variant : library->variants) {
-            if (std::string_view{variant.name}.starts_with(record.variants)) {
-                variants.push_back(variant);
+        std::vector<catalogue::Sample> samples;
+        for (const catalogue::Sample& sample : library->samples) {
+            if (std::string_view{sample.name}.starts_with(record.samples)) {
+                samples.push_back(sample);
                 result.push_back(
-                    {std::string{record.translator} + ", " + variant.name, library->physical.most, {variant}, by_way});
+                    {std::string{record.translator} + ", " + sample.name, library->physical.most, {sample}, by_way});
             }
         }
-        result.push_back({std::string{record.translator} + ", mixed", library->physical.most, variants, by_way});
+        result.push_back({std::string{record.translator} + ", mixed", library->physical.most, samples, by_way});
     }
     return result;
 }
@@ -66,14 +66,14 @@ int main(int argc, char** argv) {
     const std::vector<Line> all = lines();
     for (const Line& line : all) {
         for (std::size_t way = 0; way < std::size(ways); ++way) {
-            const Subject subject{line.name + "/" + ways[way], line.size, &line.by_way[way], line.variants};
+            const Subject subject{line.name + "/" + ways[way], line.size, &line.by_way[way], line.samples};
             benchmark::RegisterBenchmark(subject.name.c_str(), bench::translate, subject);
         }
     }
     bench::Times times{all.size() * std::size(ways)};
     benchmark::RunSpecifiedBenchmarks(&times);
 
-    std::printf("| Translator, variant | Library, ns | Words | Structures | Table |\n|---|--:|--:|--:|--:|\n");
+    std::printf("| Translator, sample | Library, ns | Words | Structures | Table |\n|---|--:|--:|--:|--:|\n");
     for (const Line& line : all) {
         if (!times.has(line.name + "/library")) {
             continue;

@@ -32,7 +32,7 @@ npxlate_result_fn cross_connect;
 
 struct Record {
     const char* translator;  // as the catalogue names it
-    const char* variants;    // of these only: what their names begin with
+    const char* samples;     // of these only: what their names begin with
     npxlate_result_fn* by_words;
     npxlate_result_fn* by_structures;
     npxlate_result_fn* by_table;

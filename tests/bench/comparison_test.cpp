@@ -1,4 +1,4 @@
-// What the library is compared with does the same work: every way gives the library's bytes, in every variant compared.
+// What the library is compared with does the same work: every way gives the library's bytes, in every sample compared.
 
 #include "comparison/comparison.h"
 
@@ -32,14 +32,14 @@ TEST(Comparison, EveryWayGivesTheLibrarysBytes) {
         const catalogue::Translator* library = catalogue::find(record.translator);
         ASSERT_NE(library, nullptr) << record.translator;
         unsigned compared = 0;
-        for (const catalogue::Variant& variant : library->variants) {
-            if (!std::string_view{variant.name}.starts_with(record.variants)) {
+        for (const catalogue::Sample& sample : library->samples) {
+            if (!std::string_view{sample.name}.starts_with(record.samples)) {
                 continue;
             }
             ++compared;
-            SCOPED_TRACE(std::string{record.translator} + ", " + variant.name);
+            SCOPED_TRACE(std::string{record.translator} + ", " + sample.name);
             for (std::uint64_t seed = 0; seed < 2000; ++seed) {
-                const auto in = catalogue::example(*library, variant, seed);
+                const auto in = catalogue::example(*library, sample, seed);
                 const Outcome expected = translate(library->forward, in, library->physical.most);
                 ASSERT_EQ(translate(record.by_words, in, library->physical.most), expected) << "words, " << seed;
                 ASSERT_EQ(translate(record.by_structures, in, library->physical.most), expected)

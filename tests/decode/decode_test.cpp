@@ -124,8 +124,8 @@ TEST_P(Decoding, FindsEveryRecordAgainAndNothingThatIsNone) {
     std::size_t decoded = 0;
     constexpr unsigned records = 300;
     for (unsigned number = 0; number < records; ++number) {
-        const catalogue::Variant& variant = translator.variants[number % translator.variants.size()];
-        Bytes record = example(translator, variant, number);
+        const catalogue::Sample& sample = translator.samples[number % translator.samples.size()];
+        Bytes record = example(translator, sample, number);
         for (std::uint8_t& byte : record) {
             byte = number % 5 == 4 ? byte & static_cast<std::uint8_t>(random() & random()) : byte;
         }
@@ -156,7 +156,7 @@ TEST_P(Decoding, OfDamagedRecordsIsNeverFalse) {
         for (unsigned number = 0; number < (decoder.lengths().size() > 1 ? 5U : 60U); ++number) {
             Bytes physical(length);
             if (number % 3 != 0) {
-                Bytes record = example(translator, translator.variants[number % translator.variants.size()], number);
+                Bytes record = example(translator, translator.samples[number % translator.samples.size()], number);
                 physical = translate(translator, record, Bytes(translator.out().most)).out;
                 physical.resize(length);
                 for (unsigned flips = number % 4; flips > 0 && length > 0; --flips) {

@@ -244,12 +244,12 @@ std::set<std::string> statuses_of(const Translator& translator) {
     if (translator.has(Trait::checks_length)) {
         statuses.emplace(catalogue::status_name(NPXLATE_INVALID));
     }
-    for (const catalogue::Variant& variant : translator.variants) {
-        std::vector<std::uint8_t> in = catalogue::example(translator, variant, 1);
+    for (const catalogue::Sample& sample : translator.samples) {
+        std::vector<std::uint8_t> in = catalogue::example(translator, sample, 1);
         std::vector<std::uint8_t> out(NPXLATE_MAX_LOGICAL_LENGTH);
         std::uint32_t length = 0;
         const std::int32_t status = catalogue::call(translator, in.data(), static_cast<std::int32_t>(in.size()),
-                                                    out.data(), &length, catalogue::Argument{variant.argument});
+                                                    out.data(), &length, catalogue::Argument{sample.argument});
         if (status != NPXLATE_OK) {
             statuses.emplace(catalogue::status_name(status));
         }

@@ -12,8 +12,8 @@
 
 namespace {
 
+using catalogue::Sample;
 using catalogue::Translator;
-using catalogue::Variant;
 using explain::Account;
 using explain::Bytes;
 using explain::Fate;
@@ -109,15 +109,14 @@ class Consistency : public testing::TestWithParam<const Translator*> {};
 
 TEST_P(Consistency, LabelsSayWhatTheLibraryDoes) {
     const Translator& translator = *GetParam();
-    for (const Variant& variant : translator.variants) {
+    for (const Sample& sample : translator.samples) {
         for (const unsigned seed : {1U, 2U}) {
-            SCOPED_TRACE(std::string{variant.name} + ", seed " + std::to_string(seed));
-            ASSERT_NO_FATAL_FAILURE(
-                expect_consistent(translator, example(translator, variant, seed), variant.argument));
+            SCOPED_TRACE(std::string{sample.name} + ", seed " + std::to_string(seed));
+            ASSERT_NO_FATAL_FAILURE(expect_consistent(translator, example(translator, sample, seed), sample.argument));
         }
     }
-    // Records that belong to no variant in particular: shorter ones too, where the translator takes them.
-    const std::uint32_t argument = translator.variants.front().argument;
+    // Records that belong to no sample in particular: shorter ones too, where the translator takes them.
+    const std::uint32_t argument = translator.samples.front().argument;
     std::mt19937 random{7};
     const catalogue::Lengths& lengths = translator.in();
     for (const std::size_t length : std::set{lengths.least, (lengths.least + lengths.most) / 2, lengths.most}) {

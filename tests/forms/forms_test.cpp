@@ -68,13 +68,13 @@ TEST_P(OfTranslator, SayOfEveryRecordWhatTheLibraryDoes) {
     constexpr unsigned records = 10'000;
     for (unsigned number = 0; number < records; ++number) {
         // Records of every sample, and records of nothing but chance, dense and sparse.
-        const catalogue::Variant& variant = translator.variants[number % translator.variants.size()];
-        Bytes record = number % 2 == 0 ? example(translator, variant, number) : Bytes(lengths.most);
+        const catalogue::Sample& sample = translator.samples[number % translator.samples.size()];
+        Bytes record = number % 2 == 0 ? example(translator, sample, number) : Bytes(lengths.most);
         if (number % 2 != 0) {
             std::ranges::generate(record, [&] { return number % 4 == 1 ? byte() : byte() & byte() & byte(); });
         }
         record.resize(lengths.least + random() % (lengths.most - lengths.least + 1));
-        const std::uint32_t arguments[] = {variant.argument, static_cast<std::uint32_t>(random() % 8), 0xff, 0x100};
+        const std::uint32_t arguments[] = {sample.argument, static_cast<std::uint32_t>(random() % 8), 0xff, 0x100};
         Bytes buffer(translator.out().most + 16);
         std::ranges::generate(buffer, byte);
         ASSERT_NO_FATAL_FAILURE(expect_as_the_library_does(translator, record, buffer, arguments[random() % 4]));

@@ -85,22 +85,22 @@ TEST(Catalogue, FindsByExactName) {
     EXPECT_EQ(catalogue::find("generic_xlate"), nullptr);
 }
 
-// Every variant of every translator, over two outputs of opposite bits, in records of exactly the stated sizes.
-class EveryVariant : public testing::TestWithParam<catalogue::Translator> {};
+// Every sample of every translator, over two outputs of opposite bits, in records of exactly the stated sizes.
+class EverySample : public testing::TestWithParam<catalogue::Translator> {};
 
-TEST_P(EveryVariant, KeepsToItsSizesAndTraits) {
+TEST_P(EverySample, KeepsToItsSizesAndTraits) {
     const catalogue::Translator& translator = GetParam();
     const std::size_t out_size = std::max<std::size_t>(translator.out().most, 1);
     bool changed_input = false;
     bool kept_buffer = false;
     bool rejected = false;
     bool hid_failure = false;
-    for (const catalogue::Variant& variant : translator.variants) {
-        SCOPED_TRACE(variant.name);
+    for (const catalogue::Sample& sample : translator.samples) {
+        SCOPED_TRACE(sample.name);
         for (std::uint64_t seed = 1; seed <= 20; ++seed) {
-            const Bytes in = catalogue::example(translator, variant, seed);
+            const Bytes in = catalogue::example(translator, sample, seed);
             ASSERT_EQ(in.size(), translator.in().most);
-            const support::Translator under_test = to_test(translator, variant.argument, in.size(), out_size);
+            const support::Translator under_test = to_test(translator, sample.argument, in.size(), out_size);
             const support::Outcome zeros = support::translate(under_test, in, Bytes(out_size, 0x00));
             const support::Outcome ones = support::translate(under_test, in, Bytes(out_size, 0xff));
             changed_input = changed_input || zeros.in != in;
@@ -126,7 +126,7 @@ TEST_P(EveryVariant, KeepsToItsSizesAndTraits) {
     EXPECT_EQ(hid_failure, translator.has(Trait::hides_failures));
 }
 
-INSTANTIATE_TEST_SUITE_P(Catalogue, EveryVariant,
+INSTANTIATE_TEST_SUITE_P(Catalogue, EverySample,
                          testing::ValuesIn(catalogue::translators().begin(), catalogue::translators().end()),
                          [](const auto& parameter) { return std::string{parameter.param.name}; });
 

@@ -42,14 +42,14 @@ TEST(Sizes, HoldWhatTheTranslatorsReport) {
                 continue;
             }
             const npxlate_record_sizes& of = role == Role::key ? sizes.key : sizes.result;
-            for (const catalogue::Variant& variant : translator.variants) {
-                support::Bytes logical = catalogue::example(translator, variant, 1);
+            for (const catalogue::Sample& sample : translator.samples) {
+                support::Bytes logical = catalogue::example(translator, sample, 1);
                 EXPECT_GE(logical.size(), of.logical_least) << translator.name;
                 EXPECT_LE(logical.size(), of.logical_most) << translator.name;
                 support::Bytes physical(NPXLATE_MAX_PHYSICAL_LENGTH);
                 std::uint32_t length = 0;
                 if (catalogue::call(translator, logical.data(), static_cast<std::int32_t>(logical.size()),
-                                    physical.data(), &length, catalogue::Argument{variant.argument}) == NPXLATE_OK &&
+                                    physical.data(), &length, catalogue::Argument{sample.argument}) == NPXLATE_OK &&
                     !translator.has(Trait::hides_failures)) {
                     EXPECT_GE(length, of.physical_least) << translator.name;
                     EXPECT_LE(length, of.physical_most) << translator.name;

@@ -46,19 +46,19 @@ struct Job {
     }
 };
 
-std::vector<Job> every_variant() {
+std::vector<Job> every_sample() {
     std::vector<Job> jobs;
     for (const catalogue::Translator& translator : catalogue::translators()) {
-        for (const catalogue::Variant& variant : translator.variants) {
+        for (const catalogue::Sample& sample : translator.samples) {
             jobs.push_back(
-                {&translator, catalogue::Argument{variant.argument}, catalogue::example(translator, variant, 1)});
+                {&translator, catalogue::Argument{sample.argument}, catalogue::example(translator, sample, 1)});
         }
     }
     return jobs;
 }
 
 TEST(Threads, TranslateAtOnceWhatOneTranslatesAlone) {
-    const std::vector<Job> jobs = every_variant();
+    const std::vector<Job> jobs = every_sample();
     std::vector<Job::Outcome> alone;
     alone.reserve(jobs.size());
     for (const Job& job : jobs) {
@@ -124,7 +124,7 @@ private:
 // Half of the threads read all that the library shares, while the others make every translation. A translator that
 // wrote there would show in what is read, and to the thread sanitizer in any case.
 TEST(Threads, ReadWhatIsSharedWhileOthersTranslate) {
-    const std::vector<Job> jobs = every_variant();
+    const std::vector<Job> jobs = every_sample();
     const Shared before;
     for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
         ASSERT_EQ(before.forward[table].key, catalogue::of_table(table, catalogue::Role::key).forward);

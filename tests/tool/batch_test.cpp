@@ -252,7 +252,7 @@ TEST(JsonLines, ReachTheTranslatorsOfEveryTable) {
     for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
         const auto logical = [table](Role role) {
             const catalogue::Translator& translator = catalogue::of_table(table, role);
-            return catalogue::example(translator, translator.variants.front(), table);
+            return catalogue::example(translator, translator.samples.front(), table);
         };
         std::uint32_t length = 0;
         Bytes key = logical(Role::key);
@@ -354,8 +354,8 @@ TEST(Raw, StartsEveryBlockFromZeros) {
     const catalogue::Translator& translator = *catalogue::find("rx_adjacency_type_logical_xlate_result");
     std::string records;
     for (std::uint64_t seed = 0; seed < 40000; ++seed) {
-        const std::size_t variant = seed < 20000 ? 0 : translator.variants.size() - 1;
-        const Bytes record = catalogue::example(translator, translator.variants[variant], seed);
+        const std::size_t sample = seed < 20000 ? 0 : translator.samples.size() - 1;
+        const Bytes record = catalogue::example(translator, translator.samples[sample], seed);
         records.append(record.begin(), record.end());
     }
     const std::string raw = "reverse:" + std::string{translator.name};
