@@ -98,9 +98,9 @@ ON_THE_PAGE = """
         const given = { argument, txAdjKeyMax: records.data.txAdjKeyMax };
         const forms = records.formsOf(translator, record, given);
         const can = out === null ? [] : records.sourcesOf(translator, out, given).can;
-        return { forms: forms.map(({ form }) => form.name), out: text(forms[0].out), sources: can.map(({ form }) => form.name),
+        return { forms: forms.flatMap((one) => one.forms.map((form) => form.name)), out: text(forms[0].out), sources: can.flatMap((one) => one.forms.map((form) => form.name)),
             bytes: can.flatMap((one) => [one.in, one.in.map((bit, at) => (one.fates[at] === 'free' ? 1 : bit))]
-                .map((bits) => ({ in: bytes(bits), left: records.bitsOf(one.form).out.flatMap(({ kind }, at) => (kind === 'left_alone' ? [at] : [])) }))) };
+                .map((bits) => ({ in: bytes(bits), left: records.bitsOf(one.forms[0]).out.flatMap(({ kind }, at) => (kind === 'left_alone' ? [at] : [])) }))) };
     });"""
 
 
@@ -362,7 +362,11 @@ class Atlas(unittest.TestCase):
         self.go("ip_leaf_st_xlate_result")
         [physical] = self.truth.translate([("ip_leaf_st_xlate_result", "result", bytes([0, 0, 0, 0, 1]) + bytes(59), 0)])
         self.assertIn("can have made them", self.paste(physical, "P"))
-        self.assertIn("L4 = 1 or 65 and more", self.text("#pasted"))
+        self.assertIn("One of several values, each by itself: L4 is 1 or above 64", self.text("#pasted"))
+        self.assertEqual(self.browser.run("return document.querySelectorAll('.legend .several').length"), 1)
+        self.browser.point_at(cell("L4.0"))
+        self.assertIn("one of several values", self.said())
+        self.browser.point_at("h1")
         self.paste("")
 
     def test_the_fourth_argument_is_asked_for(self):
@@ -426,7 +430,7 @@ class Atlas(unittest.TestCase):
                     self.assertIn(explained["form"], self.browser.run("""
                         const translator = records.data.translators.find(({ name }) => name === arguments[0]);
                         const given = { argument: null, txAdjKeyMax: records.data.txAdjKeyMax };
-                        return records.sourcesOf(translator, arguments[1], given).can.map(({ form }) => form.name);""",
+                        return records.sourcesOf(translator, arguments[1], given).can.flatMap(({ forms }) => forms.map(({ name }) => name));""",
                         name, list(bytes.fromhex(explained["out"]))))
                     went_in.append((name, "result", bytes.fromhex(self.text("#pasted code")), explained["out"]))
                 self.paste("")

@@ -1,6 +1,6 @@
 "use strict";
 (() => {
-const { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, chosenValues, expand, inSide, outSide, lengths } = records;
+const { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, openFields, expand, inSide, outSide, lengths } = records;
 const byName = new Map(data.translators.map((translator) => [translator.name, translator]));
 const byId = (id) => document.getElementById(id);
 const main = byId("main");
@@ -105,17 +105,17 @@ function partOf(field, kind) {
   return field.name ? [`Field: ${field.name}.`] : [];
 }
 
+// Of a bit of a record that must have gone in.
 const FATES = {
-  determined: "determined by the bytes that came out",
-  chosen: "chosen, as the form's condition or a value that came out allows",
-  free: "free: with either value the same bytes come out",
+  determined: "determined by the bytes", chosen: "chosen by the form", several: "one of several values", free: "free: not carried",
 };
 
 function hereIs(side, bit) {
   const value = valueOf(side, bit);
   if (value === null) return null;
   const fate = side === inSide(shown.translator) ? shown.values.fates?.[bit] : null;
-  return fate ? `Here it is ${fate === "free" ? FATES.free : `${value}, ${FATES[fate]}`}.` : `Here it is ${value}.`;
+  if (!fate) return `Here it is ${value}.`;
+  return `Here it is ${fate === "free" ? "" : `${value}, `}${FATES[fate]}.`;
 }
 
 function sentence(side, bit) {
@@ -233,9 +233,9 @@ function fillCells(side) {
     const value = valueOf(side, bit);
     const fate = side === inSide(shown.translator) ? shown.values?.fates?.[bit] ?? "" : "";
     const free = fate === "free";
-    cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " too" : ""}${value === null ? "" : free ? " free" : value ? " one" : " zero"}${fate === "chosen" ? " chosen" : ""}`;
+    cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " too" : ""}${value === null ? "" : free ? " free" : value ? " one" : " zero"}${fate === "chosen" || fate === "several" ? ` ${fate}` : ""}`;
     cell.textContent = free ? "x" : value ?? (start || what.kind === "constant" && side === outSide(shown.translator) ? markOf(what) : "");
-    const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${steersToo(what) ? ", steers, too" : ""}${value === null ? "" : free ? ", free" : `, ${value}`}${fate === "chosen" ? ", chosen" : ""}`;
+    const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${steersToo(what) ? ", steers, too" : ""}${value === null || free ? "" : `, ${value}`}${fate ? `, ${FATES[fate]}` : ""}`;
     cell.title = title;
     cell.setAttribute("aria-label", title);
   });
@@ -279,7 +279,8 @@ function legend() {
   const kinds = new Set([...shown.bits.into, ...shown.bits.out].map((bit) => bit.kind));
   return h("ul", { class: "legend", "aria-label": "Legend" }, Object.keys(MARKS).filter((kind) => kinds.has(kind)).map((kind) =>
     h("li", null, h("i", { class: `bit k-${kind}`, "aria-hidden": "true" }, MARKS[kind][0]), MARKS[kind][1])),
-    shown.values?.fates ? [h("li", null, h("i", { class: "bit chosen", "aria-hidden": "true" }, "0"), "chosen"), h("li", null, h("i", { class: "bit free", "aria-hidden": "true" }, "x"), "free")] : [],
+    ["chosen", "several", "free"].filter((fate) => shown.values?.fates?.includes(fate)).map((fate) =>
+      h("li", null, h("i", { class: `bit ${fate}`, "aria-hidden": "true" }, fate === "free" ? "x" : "0"), FATES[fate])),
     shown.bits.into.some(steersToo) ? h("li", null, h("i", { class: "bit too", "aria-hidden": "true" }), "steers, too") : null);
 }
 
@@ -418,10 +419,29 @@ function parseHex(text) {
 const hexOf = (bits) => Array.from({ length: Math.ceil(bits.length / 8) }, (_, byte) =>
   Array.from({ length: 8 }, (_, i) => (bits[8 * byte + i] ?? 0) << i).reduce((a, b) => a | b).toString(16).padStart(2, "0")).join("");
 
-// Of a number of so many bits: "1", "0 or 65 and more".
+// Of a number of so many bits: "is 1 or above 64", "above 3", "is not 0".
 function rangesText(ranges, width) {
-  if (ranges === null) return "many values";
-  return ranges.map(([least, most]) => (least === most ? `${least}` : most === 2 ** width - 1 ? `${least} and more` : `${least} to ${most}`)).join(", ").replace(/, ([^,]*)$/, " or $1");
+  if (ranges === null) return "has one of many values";
+  const last = 2 ** width - 1;
+  const plain = (list) => list.flatMap(([from, to]) => (from === to ? [`${from}`] : to === last && from > 1 ? [`above ${from - 1}`] : from + 1 === to ? [`${from}`, `${to}`] : [`${from} to ${to}`]))
+    .join(", ").replace(/, ([^,]*)$/, " or $1");
+  const others = [];
+  let next = 0;
+  for (const [from, to] of [...ranges, [last + 1, last + 1]]) {
+    if (from > next) others.push([next, from - 1]);
+    next = to + 1;
+  }
+  const count = (list) => list.reduce((sum, [from, to]) => sum + (from === to ? 1 : 2), 0);
+  if (ranges.length === 1 && ranges[0][1] === last && ranges[0][0] > 1 && ranges[0][0] !== last) return plain(ranges);
+  return others.length && count(others) < count(ranges) ? `is not ${plain(others)}` : `is ${plain(ranges)}`;
+}
+
+// What stands there: whole bytes in hexadecimal, in their order; fewer bits from the highest down.
+function valueText(bits, valueAt) {
+  return spansOf(bits).map(([first, width]) => {
+    const values = Array.from({ length: width }, (_, k) => valueAt(first + k));
+    return first % 8 === 0 && width % 8 === 0 ? hexOf(values) : `${width > 1 ? "0b" : ""}${values.reverse().join("")}`;
+  }).join(" ");
 }
 
 function parseNumber(text, most, what) {
@@ -433,19 +453,9 @@ function parseNumber(text, most, what) {
 
 // The argument that a form asks for or was given, if that matters.
 function argumentText(candidate) {
-  const { argument } = candidate.form.translator;
+  const { argument } = candidate.forms[0].translator;
   const values = argumentValues(candidate);
-  return values && `${ARGUMENT_LABELS[argument].toLowerCase()} ${rangesText(values, argument === "K" ? 8 : 32)}`;
-}
-
-// The numbers of which chosen bits are parts, as they stand side by side: the lowest bit first.
-function chosenFields(values) {
-  const side = inSide(shown.translator);
-  const chosen = values.fates.flatMap((fate, at) => (fate === "chosen" ? [at] : []));
-  const fields = spansOf(chosen).map(([first, width]) => Array.from({ length: width }, (_, k) => first + k));
-  // A physical number has its highest byte first.
-  const order = (bits) => (side === "P" ? [...bits].sort((a, b) => (b >> 3) - (a >> 3) || a - b) : bits);
-  return fields.map((bits) => `${bitsName(side, bits)} = ${rangesText(chosenValues(values, order(bits)), bits.length)}`);
+  return values && `${ARGUMENT_LABELS[argument].toLowerCase()} ${rangesText(values, argument === "K" ? 8 : 32).replace(/^is /, "")}`;
 }
 
 // What the form that was picked says of the pasted record, in words and as bytes to copy.
@@ -467,46 +477,57 @@ function pastedFacts() {
     }
   } else {
     facts.push(line("What goes in:", hexOf(values.in)));
-    const count = (fate) => values.fates.filter((one) => one === fate).length;
-    facts.push(h("p", null, `${count("determined")} bits are determined by these bytes, ${count("chosen")} chosen, ${count("free")} free (x, 0 in the bytes).`));
-    const fields = chosenFields(values);
-    if (fields.length) facts.push(h("p", null, `Chosen, each by itself: ${fields.join("; ")}.`));
+    const side = inSide(translator);
+    const bitsWith = (fate) => values.fates.flatMap((one, at) => (one === fate ? [at] : []));
+    const [determined, chosen, free] = ["determined", "chosen", "free"].map(bitsWith);
+    facts.push(h("p", null, `${determined.length} bits are determined by the bytes, ${chosen.length} chosen by the form, ${free.length} free: not carried (x, 0 in the bytes).`));
+    if (chosen.length) facts.push(h("p", null, `Chosen: ${spansOf(chosen).map(([first, width]) => Array.from({ length: width }, (_, k) => first + k)).map((bits) => `${bitsName(side, bits)} = ${valueText(bits, (bit) => values.in[bit])}`).join(", ")}.`));
+    const open = openFields(values);
+    if (open.length) facts.push(h("p", null, `One of several values, each by itself: ${open.map(({ bits, ranges }) => `${bitsName(side, bits)} ${rangesText(ranges, bits.length)}`).join("; ")}.`));
   }
   return facts;
 }
 
 // What a form would have made otherwise of bytes that it cannot have made.
-function contradiction({ form, against, condition }) {
+function contradiction({ form, against }) {
   const side = outSide(shown.translator);
-  const needs = spansOf(against).map(([first, width]) => {
-    const bits = bitsOf(form).out.slice(first, first + width);
-    const values = bits.map((bit) => (bit.links.length || bit.kind === "computed" ? "?" : bit.value)).reverse().join("");
-    return values.includes("?") ? `another ${bitsName(side, Array.from(bits, (_, k) => first + k))}` : `${bitsName(side, Array.from(bits, (_, k) => first + k))} = ${width > 1 ? "0b" : ""}${values}`;
+  const needs = against.map(({ bits, needs, other }) => {
+    const at = bitsName(side, bits);
+    if (bits.length === 0) return `a record for which ${form.when}`;
+    if (other !== undefined) return `${at} ${needs} ${bitName(side, other)}`;
+    return typeof needs === "number" ? `${at} = ${needs}` : `${at} ${needs}: no record gives this one`;
   });
-  return `“${form.title}”${needs.length ? ` needs ${needs.join(", ")}` : ""}${condition ? ` is of records with ${form.when}` : ""}`;
+  return `“${form.title}” needs ${needs.join(", ")}`;
 }
+
+// Of forms that the bytes do not tell apart.
+const namesOf = ({ forms }) => forms.map(({ title }) => title).join("; or ");
 
 // Picks the form, and draws what is known.
 function takeCandidate(at) {
   const { translator, pasted } = shown;
   pasted.at = at;
-  const { form } = pasted.can[at];
-  if (form !== shown.form) {
-    shown.form = form;
-    history.replaceState(null, "", address(translator, form));
+  const { forms } = pasted.can[at];
+  if (!forms.includes(shown.form)) {
+    [shown.form] = forms;
+    history.replaceState(null, "", address(translator, shown.form));
   }
   drawForm();
 }
 
 function drawCandidates() {
-  const { pasted } = shown;
+  const { translator, pasted } = shown;
   const box = byId("candidates");
   if (!pasted || pasted.can.length < 2) {
     box.replaceChildren();
     return;
   }
   box.replaceChildren(choice("Forms that fit", pasted.can, pasted.at, (_, i) => { takeCandidate(i); byId("candidates").querySelector("[aria-checked=true]")?.focus(); },
-    (one) => [one.form.title + (one.form.translator.sets.length > 1 ? `, ${lengthText([one.form.set.least, one.form.set.most])}` : ""), [argumentText(one), one.form.when && `when ${one.form.when}`].filter(Boolean).join("; ")]));
+    (one) => {
+      const [form, ...others] = one.forms;
+      return [namesOf(one) + (translator.sets.length > 1 ? `, ${lengthText([form.set.least, form.set.most])}` : ""),
+        [argumentText(one), !others.length && form.when && `when ${form.when}`].filter(Boolean).join("; ")];
+    }));
 }
 
 function describePasted() {
@@ -516,14 +537,16 @@ function describePasted() {
   const goesIn = pasted.side === inSide(translator);
   if (!first) {
     const nearest = pasted.nearest.slice(0, 3).map(contradiction).join("; ");
-    return `${size}; no form makes such a record.${nearest ? ` Nearest: ${nearest}${pasted.nearest.length > 3 ? `, and ${pasted.nearest.length - 3} more` : ""}.` : ""}`;
+    return `${size}; no form makes such a record.${nearest ? ` Nearest: ${nearest}.` : ""}`;
   }
   if (pasted.can.length > 1) {
     return goesIn ? `${size}. Give ${ARGUMENTS[translator.argument].replace(/,$/, "")}: by these bytes alone the record can take ${pasted.can.length} forms.`
-      : `${size}; ${pasted.can.length} forms can have made them:`;
+      : `${size}; ${pasted.can.flatMap(({ forms }) => forms).length} forms can have made them:`;
   }
-  if (first.form.set.forms.length === 1) return goesIn ? `${size}.` : `${size}; a record of this kind can have made them.`;
-  return goesIn ? `${size}, a record of the form “${first.form.title}”.` : `${size}; only the form “${first.form.title}” can have made them.`;
+  if (first.forms[0].set.forms.length === 1) return goesIn ? `${size}.` : `${size}; a record of this kind can have made them.`;
+  if (goesIn) return `${size}, a record of the form “${namesOf(first)}”.`;
+  return first.forms.length === 1 ? `${size}; only the form “${namesOf(first)}” can have made them.`
+    : `${size}; ${first.forms.length} forms can have made them, and the bytes do not tell which: ${namesOf(first)}.`;
 }
 
 function pasteBox() {
@@ -562,7 +585,7 @@ function pasteBox() {
     } catch (error) {
       say(error.message, true);
     }
-    if (shown.pasted?.can.length) takeCandidate(Math.max(0, shown.pasted.can.findIndex(({ form }) => form === shown.form)));
+    if (shown.pasted?.can.length) takeCandidate(Math.max(0, shown.pasted.can.findIndex(({ forms }) => forms.includes(shown.form))));
     else drawForm();
   };
   return h("details", { class: "paste", open: true }, h("summary", null, "Paste a record"),
@@ -573,8 +596,8 @@ function pasteBox() {
 // Everything that the choice of a form changes.
 function drawForm() {
   const { pasted, form } = shown;
-  const at = pasted ? pasted.can.findIndex((one) => one.form === form) : -1;
-  if (at >= 0) pasted.at = pasted.can[pasted.at].form === form ? pasted.at : at;
+  const at = pasted ? pasted.can.findIndex(({ forms }) => forms.includes(form)) : -1;
+  if (at >= 0) pasted.at = pasted.can[pasted.at].forms.includes(form) ? pasted.at : at;
   shown.values = at >= 0 ? pasted.can[pasted.at] : null;
   byId("form").replaceChildren(...[formSwitch(), ...formFacts()].filter(Boolean));
   const list = byId("form").querySelector(".many");
@@ -583,7 +606,7 @@ function drawForm() {
   drawBits();
   drawCandidates();
   byId("pasted").replaceChildren(...(pasted?.can.length && at < 0
-    ? [h("p", null, "The form shown is not that of the pasted record. ", h("a", { href: address(shown.translator, pasted.can[0].form) }, `Back to “${pasted.can[0].form.title}”`))]
+    ? [h("p", null, "The form shown is not that of the pasted record. ", h("a", { href: address(shown.translator, pasted.can[0].forms[0]) }, `Back to “${pasted.can[0].forms[0].title}”`))]
     : pastedFacts()));
 }
 

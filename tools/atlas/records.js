@@ -14,6 +14,9 @@ function inner(map, key) {
   return map.get(key);
 }
 
+// Two numbers of nodes as one.
+const pair = (a, b) => a * 2 ** 26 + b;
+
 // Functions of bits, as nodes that ask for one bit and go on to one of two nodes; 0 is false and 1 is true. Equal
 // functions are the same node.
 class Diagrams {
@@ -28,13 +31,14 @@ class Diagrams {
   }
 
   add(bit, clear, set) {
-    const nodes = inner(inner(this.unique, bit), clear);
-    let node = nodes.get(set);
+    const nodes = inner(this.unique, bit);
+    const key = pair(clear, set);
+    let node = nodes.get(key);
     if (node === undefined) {
       node = this.bit.push(bit) - 1;
       this.clear.push(clear);
       this.set.push(set);
-      nodes.set(set, node);
+      nodes.set(key, node);
     }
     return node;
   }
@@ -73,15 +77,16 @@ class Diagrams {
     if (a < 2) return a ? b : c;
     if (b === c) return b;
     if (b === 1 && c === 0) return a;
-    const done = inner(inner(this.done, c), b);
-    let node = done.get(a);
+    const done = inner(this.done, c);
+    const key = pair(a, b);
+    let node = done.get(key);
     if (node === undefined) {
       const top = [a, b, c].reduce((best, one) => (this.levelOf(one) < this.levelOf(best) ? one : best));
       const bit = this.bit[top];
       const at = (one, way) => (this.bit[one] === bit ? way[one] : one);
       node = this.fork(bit, this.ifThenElse(at(a, this.clear), at(b, this.clear), at(c, this.clear)),
         this.ifThenElse(at(a, this.set), at(b, this.set), at(c, this.set)));
-      done.set(a, node);
+      done.set(key, node);
     }
     return node;
   }
@@ -135,6 +140,34 @@ class Diagrams {
     return bits;
   }
 
+  // The function as factors that ask for different bits and all have to hold: it is cut where every way that does not
+  // fail comes through one node.
+  factors(node) {
+    if (node < 2) return node ? [] : [0];
+    const nodes = [];
+    this.rebuilt(node, (at, go) => {
+      nodes.push(at);
+      go(this.clear[at]);
+      go(this.set[at]);
+      return at;
+    });
+    nodes.sort((a, b) => this.levelOf(a) - this.levelOf(b));
+    const factors = [];
+    const downTo = (from, end) =>
+      this.rebuilt(from, (at, go) => this.fork(this.bit[at], go(this.clear[at]), go(this.set[at])), new Map([[end, 1]]));
+    const open = new Set([node]);
+    let start = node;
+    for (const at of nodes) {
+      open.delete(at);
+      if (open.size === 0 && at !== start) {
+        factors.push(downTo(start, at));
+        start = at;
+      }
+      for (const next of [this.clear[at], this.set[at]]) if (next !== 0) open.add(next);
+    }
+    return [...factors, start];
+  }
+
   // Some way to make the function true, with as many bits clear as it can have from the top.
   oneWay(node) {
     const values = new Map();
@@ -167,6 +200,56 @@ class Diagrams {
   }
 }
 
+// Functions that have to hold together, as factors that ask for different bits: whatever is asked of some bits is asked of
+// their factors alone. What a record's fields say stays apart that way, however long the record is.
+class Product {
+  constructor(diagrams, factors = []) {
+    this.diagrams = diagrams;
+    this.factors = factors; // of a node and the bits that it asks for
+  }
+
+  // False if they can not hold together.
+  take(node) {
+    for (const piece of this.diagrams.factors(node)) {
+      const joined = { node: piece, bits: this.diagrams.dependsOn(piece) };
+      const apart = [];
+      for (const factor of this.factors) {
+        if ([...joined.bits].some((bit) => factor.bits.has(bit))) {
+          joined.node = this.diagrams.both(joined.node, factor.node);
+          joined.bits = new Set([...joined.bits, ...factor.bits]);
+        } else {
+          apart.push(factor);
+        }
+      }
+      if (joined.node === 0) return false;
+      this.factors = [...apart, joined];
+    }
+    return true;
+  }
+
+  and(node) {
+    const product = new Product(this.diagrams, this.factors);
+    return product.take(node) ? product : null;
+  }
+
+  // Whether such bits can be chosen so that all hold.
+  forSome(chosen) {
+    const product = new Product(this.diagrams);
+    for (const { node } of this.factors) product.take(this.diagrams.forSome(node, chosen));
+    return product;
+  }
+
+  dependsOn() { return new Set(this.factors.flatMap(({ node }) => [...this.diagrams.dependsOn(node)])); }
+
+  // What is said of these bits, and of those with which they have to do.
+  about(bits) {
+    return this.factors.filter((factor) => bits.some((bit) => factor.bits.has(bit)))
+      .reduce((all, { node }) => this.diagrams.both(all, node), 1);
+  }
+
+  oneWay() { return new Map(this.factors.flatMap(({ node }) => [...this.diagrams.oneWay(node)])); }
+}
+
 function expand(flat) {
   const bits = [];
   for (let i = 0; i < flat.length; i += 2) {
@@ -181,12 +264,16 @@ const lengths = (translator, side) => (side === "L" ? translator.logical : trans
 
 const slug = (name) => name.toLowerCase().replace(/[^a-z0-9]+/g, "-").replace(/^-|-$/g, "");
 
+// Functions that are kept of earlier records.
+const MOST_NODES = 200_000;
+
 for (const translator of data.translators) {
   translator.known = [];
   for (const [least, most, set] of translator.lengths) {
     let diagrams = null;
     const slugs = new Set();
-    Object.assign(set, { least, most, diagrams: () => (diagrams ??= new Diagrams(set.nodes)), forget: () => { diagrams = null; } });
+    Object.assign(set, { least, most, diagrams: () => (diagrams ??= new Diagrams(set.nodes)), plans: new Map(),
+      forget: () => { if (diagrams?.bit.length > MOST_NODES) { diagrams = null; set.plans.clear(); } } });
     for (const form of set.forms) {
       const when = form.when === undefined ? "" : data.texts[form.when];
       // The condition by itself stands beside the title wherever it is shown.
@@ -212,28 +299,34 @@ function fieldOf(translator, number) {
     }
     translator.known[number] = {
       number, kind: data.kinds[kind], text: data.texts[text], title: data.texts[title], name: data.texts[name],
-      to: expand(to), links, combines: combines === 1, ones: expand(ones),
+      to: expand(to), links, linksTo: Map.groupBy(links, (link) => link.to), combines: combines === 1, ones: expand(ones),
       from: [...new Set([...expand(from), ...links.map((link) => link.from)])],
     };
   }
   return translator.known[number];
 }
 
-// What becomes of every bit of both records.
-function bitsOf(form) {
-  if (form.bits) return form.bits;
+// What becomes of every bit of the record that comes out.
+function bitsOut(form) {
+  if (form.out) return form.out;
   const { translator, set } = form;
   const out = Array.from({ length: 8 * Math.max(form.bytes, lengths(translator, outSide(translator))[1]) }, (_, bit) => ({ kind: bit < 8 * form.bytes ? "cleared" : "left_alone", links: [], from: [], field: null }));
-  const into = Array.from({ length: 8 * lengths(translator, inSide(translator))[1] }, () => ({ to: [], computes: [], steers: false, field: null }));
   let functions = 0;
   for (const field of form.fields.map((number) => fieldOf(translator, number))) {
-    const linksTo = Map.groupBy(field.links, (link) => link.to);
     const nodes = field.kind === "computed" ? set.functions[form.computed[functions++]] : [];
     field.to.forEach((bit, place) => {
-      out[bit] = { kind: field.kind, field, links: linksTo.get(bit) ?? [], from: field.kind === "computed" ? field.from : [], node: nodes[place],
+      out[bit] = { kind: field.kind, field, links: field.linksTo.get(bit) ?? [], from: field.kind === "computed" ? field.from : [], node: nodes[place],
         value: field.kind === "constant" ? Number(BigInt(field.text) >> BigInt(place) & 1n) : Number(field.ones.includes(bit)) };
     });
   }
+  return (form.out = out);
+}
+
+// What becomes of every bit of both records.
+function bitsOf(form) {
+  if (form.bits) return form.bits;
+  const out = bitsOut(form);
+  const into = Array.from({ length: 8 * lengths(form.translator, inSide(form.translator))[1] }, () => ({ to: [], computes: [], steers: false, field: null }));
   out.forEach((bit, at) => {
     for (const link of bit.links) into[link.from]?.to.push({ bit: at, inverted: link.inverted });
     for (const from of bit.links.length ? [] : bit.from) into[from]?.computes.push(at);
@@ -272,7 +365,7 @@ function valueOf(diagrams, node, known, rest) {
 // What a form makes of a record for which `rest` holds: 0, 1, or null where that is not known or the buffer is left as it was.
 function outOf(form, known, rest) {
   const diagrams = form.set.diagrams();
-  return bitsOf(form).out.slice(0, 8 * form.bytes).map((bit) => {
+  return bitsOut(form).slice(0, 8 * form.bytes).map((bit) => {
     if (bit.kind === "left_alone") return null;
     if (bit.links.length) {
       const sources = bit.links.map((link) => { const value = known(IN << 12 | link.from); return value === null ? null : value ^ Number(link.inverted); });
@@ -297,101 +390,191 @@ function afterOf(form, bytes, known, rest) {
 function formsOf(translator, bytes, given) {
   const set = translator.sets.find(({ least, most }) => least <= bytes.length && bytes.length <= most);
   const known = knownBy((bit) => bitOf(bytes, bit) ?? 0, given);
-  return set.forms.map((form) => ({ form, diagrams: set.diagrams(), bytes, rest: set.diagrams().where(form.condition, known) }))
+  return set.forms.map((form) => ({ form, rest: set.diagrams().where(form.condition, known) }))
     .filter(({ rest }) => rest !== 0)
     .sort((a, b) => Number(a.form.status !== 0) - Number(b.form.status !== 0))
-    .map((one) => ({ ...one, in: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)), out: outOf(one.form, known, one.rest), after: afterOf(one.form, bytes, known, one.rest), fates: null }));
+    .map(({ form, rest }) => ({ forms: [form], bytes, rest: new Product(set.diagrams()).and(rest), in: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)), out: outOf(form, known, rest), after: afterOf(form, bytes, known, rest), fates: null }));
 }
 
 // ---- Backwards: what must have gone in
 
 // Whether the form can have been what such bytes came from: one that rejects its record, or writes nothing, can not.
 const canHaveMade = (form, bytes) => form.status === 0 && !(form.length === null && form.translator.hidesFailures)
-  && (bytes.length === 0 || bitsOf(form).out.some(({ kind }) => kind !== "left_alone"));
+  && (bytes.length === 0 || bitsOut(form).some(({ kind }) => kind !== "left_alone"));
 
-// What a form that made these bytes was given; `against` if it cannot have made them: the bits that it would make otherwise.
-function sourceOf(form, bytes, given) {
+// The bits of the record that went in whose values a form's condition says by itself.
+function saidByCondition(form) {
+  if (!form.said) {
+    const diagrams = form.set.diagrams();
+    form.said = new Map();
+    for (const id of diagrams.dependsOn(form.condition)) {
+      const values = [0, 1].filter((value) => diagrams.canHold(form.condition, id, value));
+      if (spaceOf(id) === IN && values.length === 1) form.said.set(indexOf(id), values[0]);
+    }
+  }
+  return form.said;
+}
+
+// What is to be seen of a form in the bytes that came out: bits that have one value whatever went in, bits that are moved
+// from one bit, and of each field that is computed its bits and their nodes. Less may be stored than is written.
+function planOf(form, bytes) {
+  const plans = inner(form.set.plans, form);
+  if (!plans.has(bytes.length)) plans.set(bytes.length, makePlan(form, bytes.length));
+  return plans.get(bytes.length);
+}
+
+function makePlan(form, length) {
   const diagrams = form.set.diagrams();
-  const fixed = new Map();
-  const against = [];
-  const functions = new Map(); // of each field: pairs of a node and the value that came out
-  const holds = (field, node, value) => functions.set(field, [...functions.get(field) ?? [], [node, value]]);
-  bitsOf(form).out.slice(0, 8 * bytes.length).forEach((bit, at) => {
-    const value = bitOf(bytes, at);
+  const said = saidByCondition(form);
+  const plan = { same: [], moves: [] };
+  const functions = new Map();
+  const add = (field, at, node) => inner(functions, field).set(at, node);
+  bitsOut(form).slice(0, 8 * length).forEach((bit, at) => {
     if (bit.kind === "left_alone") return;
     if (bit.links.length === 1) {
       const [{ from, inverted }] = bit.links;
-      const wanted = value ^ Number(inverted);
-      if (!fixed.has(from)) fixed.set(from, wanted);
-      else if (fixed.get(from) !== wanted) against.push(at);
+      if (said.has(from)) plan.same.push([at, said.get(from) ^ Number(inverted)]);
+      plan.moves.push([at, from, Number(inverted)]);
     } else if (bit.links.length) {
       const sources = bit.links.map((link) => { const node = diagrams.ofBit(IN << 12 | link.from); return link.inverted ? diagrams.not(node) : node; });
-      holds(bit.field, sources.reduce((a, b) => diagrams.either(a, b)), value);
+      add(bit.field, at, sources.reduce((a, b) => diagrams.either(a, b)));
     } else if (bit.kind === "computed") {
-      holds(bit.field, bit.node, value);
-    } else if (bit.value !== value) {
-      against.push(at);
+      add(bit.field, at, bit.node);
+    } else {
+      plan.same.push([at, bit.value]);
     }
   });
-  if (against.length) return { form, against };
+  plan.functions = [...functions.values()].map((nodes) => [...nodes]);
+  return plan;
+}
+
+// What is said by the values that came out of a field.
+function madeBy(diagrams, nodes, bytes, known) {
+  return nodes.reduce((all, [at, node]) => {
+    const left = diagrams.where(node, known);
+    return diagrams.both(all, bitOf(bytes, at) ? left : diagrams.not(left));
+  }, 1);
+}
+
+// What a form that made these bytes was given; null if it cannot have made them.
+function sourceOf(form, bytes, given) {
+  const diagrams = form.set.diagrams();
+  const { same, moves, functions } = planOf(form, bytes);
+  if (same.some(([at, value]) => bitOf(bytes, at) !== value)) return null;
+  const fixed = new Map();
+  for (const [at, from, inverted] of moves) {
+    const wanted = bitOf(bytes, at) ^ inverted;
+    if ((fixed.get(from) ?? wanted) !== wanted) return null;
+    fixed.set(from, wanted);
+  }
   const known = knownBy((bit) => fixed.get(bit) ?? null, given);
-  const condition = diagrams.where(form.condition, known);
-  if (condition === 0) return { form, against, condition: true };
-  let carried = 1;
-  for (const [field, nodes] of functions) {
-    let makes = 1;
-    for (const [node, value] of nodes) {
-      const left = diagrams.where(node, known);
-      makes = diagrams.both(makes, value ? left : diagrams.not(left));
-    }
-    carried = diagrams.both(carried, makes);
-    if (diagrams.both(carried, condition) === 0) return { form, against: field.to };
-  }
+  const byBytes = new Product(diagrams);
+  if (!functions.every((nodes) => byBytes.take(madeBy(diagrams, nodes, bytes, known)))) return null;
   // The buffer may have held anything.
-  const rest = diagrams.forSome(diagrams.both(carried, condition), (id) => spaceOf(id) === OUT);
-  const asked = diagrams.dependsOn(rest);
-  const way = diagrams.oneWay(rest);
+  const rest = byBytes.and(diagrams.where(form.condition, known))?.forSome((id) => spaceOf(id) === OUT);
+  if (!rest) return null;
   const size = 8 * form.set.most;
-  const result = { form, diagrams, rest, in: new Array(size).fill(0), fates: new Array(size).fill("free"), out: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)) };
+  const result = { forms: [form], rest, in: new Array(size).fill(0), fates: new Array(size).fill("free"), out: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)) };
   for (const [bit, value] of fixed) [result.in[bit], result.fates[bit]] = [value, "determined"];
-  for (const id of asked) {
+  const way = rest.oneWay();
+  for (const id of rest.dependsOn()) {
     if (spaceOf(id) !== IN) continue;
-    const can = (node) => [0, 1].filter((value) => diagrams.canHold(node, id, value));
-    const values = can(rest);
-    result.in[indexOf(id)] = values.length === 1 ? values[0] : way.get(id) ?? 0;
-    result.fates[indexOf(id)] = can(carried).length === 1 ? "determined" : "chosen";
+    const isSettled = (product) => [0, 1].filter((value) => diagrams.canHold(product.about([id]), id, value)).length === 1;
+    result.in[indexOf(id)] = way.get(id) ?? 0;
+    result.fates[indexOf(id)] = isSettled(byBytes) ? "determined" : isSettled(rest) ? "chosen" : "several";
   }
-  result.open = result.fates.filter((fate) => fate !== "determined").length;
   return result;
 }
 
-// Every form that can have made these bytes, those with the fewest open bits first; if there is none, those that come
-// nearest.
+// What a form would have made otherwise: bits that came out, and what it needs there.
+function contradictionsOf(form, bytes, given) {
+  const diagrams = form.set.diagrams();
+  const { same, moves, functions } = planOf(form, bytes);
+  const against = same.filter(([at, value]) => bitOf(bytes, at) !== value).map(([at, value]) => ({ bits: [at], needs: value }));
+  const said = saidByCondition(form);
+  const fixed = new Map(); // of a bit that went in: the value that was wanted first, and where
+  for (const [at, from, inverted] of moves) {
+    const value = said.get(from) ?? bitOf(bytes, at) ^ inverted;
+    if (!fixed.has(from)) fixed.set(from, { value, at });
+    else if (fixed.get(from).value !== value) against.push({ bits: [at], needs: "the same source as", other: fixed.get(from).at });
+  }
+  const known = knownBy((bit) => fixed.get(bit)?.value ?? null, given);
+  let left = new Product(diagrams).and(diagrams.where(form.condition, known));
+  if (!left && against.length === 0) against.push({ bits: [], needs: "a record" });
+  for (const nodes of left ? functions : []) {
+    const more = left.and(madeBy(diagrams, nodes, bytes, known));
+    if (!more) against.push({ bits: nodes.map(([at]) => at), needs: "another value" });
+    left = more ?? left;
+  }
+  return { form, against, bits: against.reduce((sum, { bits }) => sum + Math.max(1, bits.length), 0) };
+}
+
+// Whether the bytes tell two sources apart.
+function isAlike(one, other) {
+  const [a, b] = [one.forms[0], other.forms[0]];
+  return a.set === b.set && [one, other].every(({ fates }) => !fates.includes("several"))
+    && one.in.every((bit, at) => bit === other.in[at] && one.fates[at] === other.fates[at])
+    && JSON.stringify(argumentValues(one)) === JSON.stringify(argumentValues(other));
+}
+
+// Every form that can have made these bytes, those with the fewest free bits first, and those together that the bytes do
+// not tell apart; if there is none, the forms in the order of how many bits are against them.
 function sourcesOf(translator, bytes, given) {
-  // What earlier records left behind.
+  // What many earlier records left behind.
   for (const set of translator.sets) set.forget();
-  const forms = translator.sets.flatMap((set) => set.forms).filter((form) => canHaveMade(form, bytes));
-  const asLong = forms.filter((form) => bytes.length === form.bytes || bytes.length === form.length);
+  const forms = translator.sets.flatMap((set) => set.forms);
+  const asLong = forms.filter((form) => bytes.length === (form.length ?? form.bytes) && canHaveMade(form, bytes));
   // What lies beyond what a form writes is as the caller had it.
-  const all = (asLong.length ? asLong : forms.filter((form) => form.bytes <= bytes.length))
-    .map((form) => sourceOf(form, bytes, given));
-  const can = all.filter((one) => !one.against).sort((a, b) => a.open - b.open);
-  const distance = (one) => one.against.length + (one.condition ? 1 : 0);
-  const least = Math.min(...all.filter((one) => one.against).map(distance));
-  return { can, nearest: can.length ? [] : all.filter((one) => distance(one) === least) };
+  const all = asLong.length ? asLong : forms.filter((form) => form.bytes <= bytes.length && canHaveMade(form, bytes));
+  const can = [];
+  for (const one of all.map((form) => sourceOf(form, bytes, given)).filter(Boolean)) {
+    const same = can.find((other) => isAlike(one, other));
+    if (same) same.forms.push(...one.forms);
+    else can.push(one);
+  }
+  const count = ({ fates }, isOne) => fates.filter(isOne).length;
+  const free = (fate) => fate === "free";
+  const open = (fate) => fate !== "determined";
+  can.sort((a, b) => count(a, free) - count(b, free) || count(a, open) - count(b, open));
+  const nearest = can.length ? [] : all.map((form) => contradictionsOf(form, bytes, given)).sort((a, b) => a.bits - b.bits);
+  return { can, nearest };
 }
 
 // The values of the argument with which a form is taken or made such bytes; null if they do not matter.
-function argumentValues({ form, diagrams, rest }) {
-  const ids = [...diagrams.dependsOn(rest)].filter((id) => spaceOf(id) === ARGUMENT);
-  if (ids.length === 0) return null;
+function argumentValues({ forms: [form], rest }) {
   const first = form.translator.argument === "K" ? 56 : 0;
   const width = form.translator.argument === "K" ? 8 : 32;
-  return diagrams.valuesOf(rest, Array.from({ length: width }, (_, i) => ARGUMENT << 12 | first + i));
+  const ids = Array.from({ length: width }, (_, i) => ARGUMENT << 12 | first + i);
+  const about = rest.about(ids);
+  return about === 1 ? null : rest.diagrams.valuesOf(about, ids);
 }
 
-// Of a form that asks for bits that were chosen: the values that a number of such bits can have, its lowest bit first.
-const chosenValues = ({ diagrams, rest }, bits) => diagrams.valuesOf(rest, bits.map((bit) => IN << 12 | bit));
+// Where several values are possible: numbers of neighbouring bits that have to do with each other, with the bits of their
+// bytes that are settled, and the values that each can have (null: many).
+function openFields({ forms: [form], rest, in: values, fates }) {
+  const { diagrams } = rest;
+  const factorOf = (bit) => rest.factors.find(({ bits }) => bits.has(IN << 12 | bit));
+  const { into } = bitsOf(form);
+  const fields = [];
+  const isOpen = (bit) => fates[bit] === "several";
+  for (let bit = 0; bit < fates.length; ++bit) {
+    if (!isOpen(bit)) continue;
+    const last = fields.at(-1)?.at(-1);
+    if (last === bit - 1 && factorOf(last) === factorOf(bit) && (into[last].field === into[bit].field || bit % 8 !== 0)) fields.at(-1).push(bit);
+    else fields.push([bit]);
+  }
+  const isPart = (bit, of) => fates[bit] !== "free" && !isOpen(bit) && bit >> 3 === of >> 3 && into[bit]?.field === into[of].field;
+  for (const field of fields) {
+    while (isPart(field[0] - 1, field[0])) field.unshift(field[0] - 1);
+    while (isPart(field.at(-1) + 1, field.at(-1))) field.push(field.at(-1) + 1);
+  }
+  return fields.map((bits) => {
+    // A physical number has its highest byte first.
+    const order = (inSide(form.translator) === "P" ? [...bits].sort((a, b) => (b >> 3) - (a >> 3) || a - b) : bits).map((bit) => IN << 12 | bit);
+    const settled = bits.filter((bit) => !isOpen(bit)).map((bit) => (values[bit] ? diagrams.ofBit(IN << 12 | bit) : diagrams.not(diagrams.ofBit(IN << 12 | bit))));
+    return { bits, ranges: diagrams.valuesOf(settled.reduce((all, one) => diagrams.both(all, one), rest.about(order)), order) };
+  });
+}
 
 // Whether any of the translator's functions asks for bits of such a space.
 const asksFor = (translator, space) => translator.sets.some((set) => set.nodes.some((bit, i) => i % 3 === 0 && spaceOf(bit) === space));
@@ -401,5 +584,5 @@ for (const translator of data.translators) {
   translator.asksSetting = asksFor(translator, SETTING);
 }
 
-return { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, chosenValues, expand, inSide, outSide, lengths };
+return { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, openFields, expand, inSide, outSide, lengths };
 })();
