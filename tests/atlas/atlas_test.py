@@ -98,9 +98,9 @@ ON_THE_PAGE = """
         const given = { argument, txAdjKeyMax: records.data.txAdjKeyMax };
         const forms = records.formsOf(translator, record, given);
         const can = out === null ? [] : records.sourcesOf(translator, out, given).can;
-        return { forms: forms.flatMap((one) => one.forms.map((form) => form.name)), out: text(forms[0].out), sources: can.flatMap((one) => one.forms.map((form) => form.name)),
+        return { forms: forms.map(({ form }) => form.name), out: text(forms[0].out), sources: can.map(({ form }) => form.name),
             bytes: can.flatMap((one) => [one.in, one.in.map((bit, at) => (one.fates[at] === 'free' ? 1 : bit))]
-                .map((bits) => ({ in: bytes(bits), left: records.bitsOf(one.forms[0]).out.flatMap(({ kind }, at) => (kind === 'left_alone' ? [at] : [])) }))) };
+                .map((bits) => ({ in: bytes(bits), left: records.bitsOf(one.form).out.flatMap(({ kind }, at) => (kind === 'left_alone' ? [at] : [])) }))) };
     });"""
 
 
@@ -369,6 +369,64 @@ class Atlas(unittest.TestCase):
         self.browser.point_at("h1")
         self.paste("")
 
+    def test_forms_that_the_bytes_do_not_tell_apart_stand_together(self):
+        # Whether L0.0 is set shows in the second triple only, which these zeros do not tell.
+        self.go("ip_leaf_st_xlate_result")
+        self.assertIn("8 forms can have made them; those together that these bytes do not tell apart",
+                      self.paste("510c1801" + "00" * 28, "P"))
+        candidates = self.browser.run("return [...document.querySelectorAll('#candidates button span')].map((one) => one.textContent)")
+        self.assertEqual(len(candidates), 4)
+        self.assertTrue(all(one.count("; or variant A") == 1 for one in candidates), candidates)
+        self.assertIn("These bytes do not tell the form from", self.text("#pasted"))
+        # The form shown is one of both, and its bits are its own.
+        before = self.value_of("L0.0")
+        self.browser.run("document.querySelector('#pasted a').click()")
+        self.browser.wait_for("return document.querySelector(arguments[0]).textContent !== arguments[1]", cell("L0.0"), before)
+        self.assertEqual({before, self.value_of("L0.0")}, {"0", "1"})
+        self.paste("")
+
+    def test_what_can_have_gone_in_is_what_decode_says_and_is_said_at_once(self):
+        """Of records as they are and of damaged ones: the same forms in the same order, with the same bits told."""
+        choose = random.Random(17)
+        names = self.browser.run("""return records.data.translators.filter(({ role }) => role !== 'reverse')
+            .map(({ name, logical }) => [name, logical[1]])""")
+        forms = [(layout, form) for layout in self.truth.layouts(choose.sample(names, 60)) for form in layout.forms]
+        cases = []
+        for layout, form in choose.sample(forms, min(120, len(forms))):
+            made = layout.random_record(form, choose)
+            [out] = self.truth.translate([(layout.name, layout.role, *made)]) if made else [None]
+            if not out or all(layout.is_left_alone(form, at) for at in range(4 * len(out))):
+                continue
+            damaged = bytearray.fromhex(out)
+            damaged[choose.randrange(len(damaged))] ^= 1 << choose.randrange(8)
+            cases += [(layout.name, out), (layout.name, damaged.hex())]
+        self.assertGreater(len(cases), 100)
+        page = self.browser.run("""
+            const hex = (bits) => bits.map((bit) => (bit ? 1 : 0)).join('');
+            return arguments[0].map(([name, bytes]) => {
+                const translator = records.data.translators.find((one) => one.name === name);
+                const times = [];
+                let found;
+                for (let i = 0; i < 3; ++i) {
+                    const start = performance.now();
+                    found = records.sourcesOf(translator, bytes, { argument: null, txAdjKeyMax: records.data.txAdjKeyMax });
+                    for (const one of found.can) records.openFields(one);
+                    times.push(performance.now() - start);
+                }
+                return { time: Math.min(...times), groups: found.groups.map((group) => group.map(({ form, fates }) => ({ form: form.name,
+                    ...Object.fromEntries(['determined', 'chosen', 'free'].map((fate) => [fate, hex(fates.map((one) => one === fate))])) }))) };
+            });""", [[name, list(bytes.fromhex(out))] for name, out in cases])
+        for (name, out), seen in zip(cases, page):
+            with self.subTest(translator=name, record=out):
+                expected = self.truth.decode(name, out)
+                self.assertEqual([[one["form"]] + [other["form"] for other in group if other is not one]
+                                  for group in seen["groups"] for one in group],
+                                 [[one["form"], *one["also"]] for one in expected])
+                for one, other in zip([one for group in seen["groups"] for one in group], expected):
+                    for fate in ("determined", "chosen", "free"):
+                        self.assertEqual(one[fate], bits_of(other[fate]), f"{fate} in {other['form']}")
+                self.assertLess(seen["time"], 100)
+
     def test_the_fourth_argument_is_asked_for(self):
         self.go("ipmc_encap_logical_res_xlate")
         record = "11" + "00" * 31
@@ -430,7 +488,7 @@ class Atlas(unittest.TestCase):
                     self.assertIn(explained["form"], self.browser.run("""
                         const translator = records.data.translators.find(({ name }) => name === arguments[0]);
                         const given = { argument: null, txAdjKeyMax: records.data.txAdjKeyMax };
-                        return records.sourcesOf(translator, arguments[1], given).can.flatMap(({ forms }) => forms.map(({ name }) => name));""",
+                        return records.sourcesOf(translator, arguments[1], given).can.map(({ form }) => form.name);""",
                         name, list(bytes.fromhex(explained["out"]))))
                     went_in.append((name, "result", bytes.fromhex(self.text("#pasted code")), explained["out"]))
                 self.paste("")

@@ -84,6 +84,11 @@ class Truth:
     def explain(self, name, record):
         return self._json("explain", name, "--json", record)
 
+    def decode(self, name, record):
+        """The candidates; none if there are no such records."""
+        done = subprocess.run([self._tool, "decode", name, record, "--json"], capture_output=True, text=True)
+        return json.loads(done.stdout)["candidates"] if done.stdout else []
+
     def translate(self, entries):
         """What the library makes of (name, role, record, argument): hex, or None for those that it rejects."""
         goes_in = {"key": "key", "result": "result", "reverse": "physical_result"}

@@ -453,7 +453,7 @@ function parseNumber(text, most, what) {
 
 // The argument that a form asks for or was given, if that matters.
 function argumentText(candidate) {
-  const { argument } = candidate.forms[0].translator;
+  const { argument } = candidate.form.translator;
   const values = argumentValues(candidate);
   return values && `${ARGUMENT_LABELS[argument].toLowerCase()} ${rangesText(values, argument === "K" ? 8 : 32).replace(/^is /, "")}`;
 }
@@ -482,6 +482,10 @@ function pastedFacts() {
     const [determined, chosen, free] = ["determined", "chosen", "free"].map(bitsWith);
     facts.push(h("p", null, `${determined.length} bits are determined by the bytes, ${chosen.length} chosen by the form, ${free.length} free: not carried (x, 0 in the bytes).`));
     if (chosen.length) facts.push(h("p", null, `Chosen: ${spansOf(chosen).map(([first, width]) => Array.from({ length: width }, (_, k) => first + k)).map((bits) => `${bitsName(side, bits)} = ${valueText(bits, (bit) => values.in[bit])}`).join(", ")}.`));
+    const group = pasted.groups.find((one) => one.includes(values));
+    if (group.length > 1) {
+      facts.push(h("p", null, "These bytes do not tell the form from ", group.filter((one) => one !== values).flatMap(({ form }, i) => [i ? ", or " : "", h("a", { href: address(translator, form) }, `“${form.title}”`)]), "."));
+    }
     const open = openFields(values);
     if (open.length) facts.push(h("p", null, `One of several values, each by itself: ${open.map(({ bits, ranges }) => `${bitsName(side, bits)} ${rangesText(ranges, bits.length)}`).join("; ")}.`));
   }
@@ -501,16 +505,16 @@ function contradiction({ form, against }) {
 }
 
 // Of forms that the bytes do not tell apart.
-const namesOf = ({ forms }) => forms.map(({ title }) => title).join("; or ");
+const namesOf = (group) => group.map(({ form }) => form.title).join("; or ");
 
 // Picks the form, and draws what is known.
 function takeCandidate(at) {
   const { translator, pasted } = shown;
   pasted.at = at;
-  const { forms } = pasted.can[at];
-  if (!forms.includes(shown.form)) {
-    [shown.form] = forms;
-    history.replaceState(null, "", address(translator, shown.form));
+  const { form } = pasted.can[at];
+  if (form !== shown.form) {
+    shown.form = form;
+    history.replaceState(null, "", address(translator, form));
   }
   drawForm();
 }
@@ -522,11 +526,12 @@ function drawCandidates() {
     box.replaceChildren();
     return;
   }
-  box.replaceChildren(choice("Forms that fit", pasted.can, pasted.at, (_, i) => { takeCandidate(i); byId("candidates").querySelector("[aria-checked=true]")?.focus(); },
-    (one) => {
-      const [form, ...others] = one.forms;
-      return [namesOf(one) + (translator.sets.length > 1 ? `, ${lengthText([form.set.least, form.set.most])}` : ""),
-        [argumentText(one), !others.length && form.when && `when ${form.when}`].filter(Boolean).join("; ")];
+  const here = pasted.groups.findIndex((group) => group.includes(pasted.can[pasted.at]));
+  box.replaceChildren(choice("Forms that fit", pasted.groups, here, ([first]) => { takeCandidate(pasted.can.indexOf(first)); byId("candidates").querySelector("[aria-checked=true]")?.focus(); },
+    (group) => {
+      const [{ form }] = group;
+      return [namesOf(group) + (translator.sets.length > 1 ? `, ${lengthText([form.set.least, form.set.most])}` : ""),
+        [argumentText(group[0]), group.length === 1 && form.when && `when ${form.when}`].filter(Boolean).join("; ")];
     }));
 }
 
@@ -541,12 +546,10 @@ function describePasted() {
   }
   if (pasted.can.length > 1) {
     return goesIn ? `${size}. Give ${ARGUMENTS[translator.argument].replace(/,$/, "")}: by these bytes alone the record can take ${pasted.can.length} forms.`
-      : `${size}; ${pasted.can.flatMap(({ forms }) => forms).length} forms can have made them:`;
+      : `${size}; ${pasted.can.length} forms can have made them${pasted.groups.length < pasted.can.length ? "; those together that these bytes do not tell apart" : ""}:`;
   }
-  if (first.forms[0].set.forms.length === 1) return goesIn ? `${size}.` : `${size}; a record of this kind can have made them.`;
-  if (goesIn) return `${size}, a record of the form “${namesOf(first)}”.`;
-  return first.forms.length === 1 ? `${size}; only the form “${namesOf(first)}” can have made them.`
-    : `${size}; ${first.forms.length} forms can have made them, and the bytes do not tell which: ${namesOf(first)}.`;
+  if (first.form.set.forms.length === 1) return goesIn ? `${size}.` : `${size}; a record of this kind can have made them.`;
+  return goesIn ? `${size}, a record of the form “${first.form.title}”.` : `${size}; only the form “${first.form.title}” can have made them.`;
 }
 
 function pasteBox() {
@@ -578,14 +581,15 @@ function pasteBox() {
       }
       if (text.value.trim()) {
         const goesIn = side.value === inSide(translator);
-        const { can, nearest } = goesIn ? { can: formsOf(translator, bytes, given), nearest: [] } : sourcesOf(translator, bytes, given);
-        shown.pasted = { side: side.value, bytes, can, nearest, at: 0 };
+        const forms = goesIn ? formsOf(translator, bytes, given) : [];
+        const found = goesIn ? { can: forms, groups: forms.map((one) => [one]), nearest: [] } : sourcesOf(translator, bytes, given);
+        shown.pasted = { side: side.value, bytes, ...found, at: 0 };
       }
       say(shown.pasted ? describePasted() : "", false);
     } catch (error) {
       say(error.message, true);
     }
-    if (shown.pasted?.can.length) takeCandidate(Math.max(0, shown.pasted.can.findIndex(({ forms }) => forms.includes(shown.form))));
+    if (shown.pasted?.can.length) takeCandidate(Math.max(0, shown.pasted.can.findIndex(({ form }) => form === shown.form)));
     else drawForm();
   };
   return h("details", { class: "paste", open: true }, h("summary", null, "Paste a record"),
@@ -596,8 +600,8 @@ function pasteBox() {
 // Everything that the choice of a form changes.
 function drawForm() {
   const { pasted, form } = shown;
-  const at = pasted ? pasted.can.findIndex(({ forms }) => forms.includes(form)) : -1;
-  if (at >= 0) pasted.at = pasted.can[pasted.at].forms.includes(form) ? pasted.at : at;
+  const at = pasted ? pasted.can.findIndex((one) => one.form === form) : -1;
+  if (at >= 0) pasted.at = pasted.can[pasted.at].form === form ? pasted.at : at;
   shown.values = at >= 0 ? pasted.can[pasted.at] : null;
   byId("form").replaceChildren(...[formSwitch(), ...formFacts()].filter(Boolean));
   const list = byId("form").querySelector(".many");
@@ -606,7 +610,7 @@ function drawForm() {
   drawBits();
   drawCandidates();
   byId("pasted").replaceChildren(...(pasted?.can.length && at < 0
-    ? [h("p", null, "The form shown is not that of the pasted record. ", h("a", { href: address(shown.translator, pasted.can[0].forms[0]) }, `Back to “${pasted.can[0].forms[0].title}”`))]
+    ? [h("p", null, "The form shown is not that of the pasted record. ", h("a", { href: address(shown.translator, pasted.can[0].form) }, `Back to “${pasted.can[0].form.title}”`))]
     : pastedFacts()));
 }
 

@@ -393,7 +393,7 @@ function formsOf(translator, bytes, given) {
   return set.forms.map((form) => ({ form, rest: set.diagrams().where(form.condition, known) }))
     .filter(({ rest }) => rest !== 0)
     .sort((a, b) => Number(a.form.status !== 0) - Number(b.form.status !== 0))
-    .map(({ form, rest }) => ({ forms: [form], bytes, rest: new Product(set.diagrams()).and(rest), in: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)), out: outOf(form, known, rest), after: afterOf(form, bytes, known, rest), fates: null }));
+    .map(({ form, rest }) => ({ form, bytes, rest: new Product(set.diagrams()).and(rest), in: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)), out: outOf(form, known, rest), after: afterOf(form, bytes, known, rest), fates: null }));
 }
 
 // ---- Backwards: what must have gone in
@@ -474,7 +474,7 @@ function sourceOf(form, bytes, given) {
   const rest = byBytes.and(diagrams.where(form.condition, known))?.forSome((id) => spaceOf(id) === OUT);
   if (!rest) return null;
   const size = 8 * form.set.most;
-  const result = { forms: [form], rest, in: new Array(size).fill(0), fates: new Array(size).fill("free"), out: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)) };
+  const result = { form, rest, in: new Array(size).fill(0), fates: new Array(size).fill("free"), out: Array.from({ length: 8 * bytes.length }, (_, bit) => bitOf(bytes, bit)) };
   for (const [bit, value] of fixed) [result.in[bit], result.fates[bit]] = [value, "determined"];
   const way = rest.oneWay();
   for (const id of rest.dependsOn()) {
@@ -509,12 +509,16 @@ function contradictionsOf(form, bytes, given) {
   return { form, against, bits: against.reduce((sum, { bits }) => sum + Math.max(1, bits.length), 0) };
 }
 
-// Whether the bytes tell two sources apart.
-function isAlike(one, other) {
-  const [a, b] = [one.forms[0], other.forms[0]];
-  return a.set === b.set && [one, other].every(({ fates }) => !fates.includes("several"))
-    && one.in.every((bit, at) => bit === other.in[at] && one.fates[at] === other.fates[at])
-    && JSON.stringify(argumentValues(one)) === JSON.stringify(argumentValues(other));
+// Whether the bytes show nothing in which two sources differ: what is not determined is chosen otherwise.
+function areAlike(one, other) {
+  const open = (source) => {
+    const bits = source.fates.flatMap((fate, bit) => (fate === "several" ? [IN << 12 | bit] : []));
+    return source.rest.diagrams.forSome(source.rest.about(bits), (id) => !bits.includes(id));
+  };
+  return one.form.set === other.form.set
+    && one.fates.every((fate, bit) => ["determined", "several"].every((settled) => (fate === settled) === (other.fates[bit] === settled)))
+    && one.in.every((value, bit) => one.fates[bit] !== "determined" || value === other.in[bit])
+    && open(one) === open(other) && JSON.stringify(argumentValues(one)) === JSON.stringify(argumentValues(other));
 }
 
 // Every form that can have made these bytes, those with the fewest free bits first, and those together that the bytes do
@@ -526,22 +530,24 @@ function sourcesOf(translator, bytes, given) {
   const asLong = forms.filter((form) => bytes.length === (form.length ?? form.bytes) && canHaveMade(form, bytes));
   // What lies beyond what a form writes is as the caller had it.
   const all = asLong.length ? asLong : forms.filter((form) => form.bytes <= bytes.length && canHaveMade(form, bytes));
-  const can = [];
-  for (const one of all.map((form) => sourceOf(form, bytes, given)).filter(Boolean)) {
-    const same = can.find((other) => isAlike(one, other));
-    if (same) same.forms.push(...one.forms);
-    else can.push(one);
-  }
+  const sources = all.map((form) => sourceOf(form, bytes, given)).filter(Boolean);
   const count = ({ fates }, isOne) => fates.filter(isOne).length;
   const free = (fate) => fate === "free";
   const open = (fate) => fate !== "determined";
-  can.sort((a, b) => count(a, free) - count(b, free) || count(a, open) - count(b, open));
+  sources.sort((a, b) => count(a, free) - count(b, free) || count(a, open) - count(b, open));
+  const groups = [];
+  for (const one of sources) {
+    const group = groups.find(([first]) => areAlike(first, one));
+    if (group) group.push(one);
+    else groups.push([one]);
+  }
+  const can = groups.flat();
   const nearest = can.length ? [] : all.map((form) => contradictionsOf(form, bytes, given)).sort((a, b) => a.bits - b.bits);
-  return { can, nearest };
+  return { can, groups, nearest };
 }
 
 // The values of the argument with which a form is taken or made such bytes; null if they do not matter.
-function argumentValues({ forms: [form], rest }) {
+function argumentValues({ form, rest }) {
   const first = form.translator.argument === "K" ? 56 : 0;
   const width = form.translator.argument === "K" ? 8 : 32;
   const ids = Array.from({ length: width }, (_, i) => ARGUMENT << 12 | first + i);
@@ -551,7 +557,7 @@ function argumentValues({ forms: [form], rest }) {
 
 // Where several values are possible: numbers of neighbouring bits that have to do with each other, with the bits of their
 // bytes that are settled, and the values that each can have (null: many).
-function openFields({ forms: [form], rest, in: values, fates }) {
+function openFields({ form, rest, in: values, fates }) {
   const { diagrams } = rest;
   const factorOf = (bit) => rest.factors.find(({ bits }) => bits.has(IN << 12 | bit));
   const { into } = bitsOf(form);

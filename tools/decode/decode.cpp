@@ -49,6 +49,40 @@ private:
     std::unordered_map<BitId, bool> values_{};
 };
 
+bool same(const std::vector<Alternatives>& one, const std::vector<Alternatives>& other) {
+    return std::ranges::equal(one, other, [](const Alternatives& a, const Alternatives& b) {
+        return std::ranges::equal(a, b, [](const Alternative& first, const Alternative& second) {
+            return first.field.at == second.field.at && first.field.values == second.field.values &&
+                   same(first.then, second.then);
+        });
+    });
+}
+
+// Whether the bytes show nothing in which the two differ.
+bool are_alike(const Candidate& one, const Candidate& other) {
+    if (one.of != other.of || one.determined != other.determined || !same(one.groups, other.groups)) {
+        return false;
+    }
+    for (std::size_t i = 0; i < one.record.size(); ++i) {
+        if (((one.record[i] ^ other.record[i]) & one.determined[i]) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Those that are alike one after the other, where the first of them stands.
+void bring_together(std::vector<Candidate>& candidates) {
+    std::size_t number = 0;
+    for (auto first = candidates.begin(); first != candidates.end(); ++number) {
+        const auto end = std::stable_partition(
+            first, candidates.end(), [&, like = *first](const Candidate& one) { return are_alike(like, one); });
+        for (; first != end; ++first) {
+            first->alike = number;
+        }
+    }
+}
+
 Span span(unsigned first, unsigned width) {
     return {static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(width)};
 }
@@ -145,7 +179,7 @@ public:
                 continue;
             }
             if (std::optional<Candidate> candidate = solve(plan, record, with_alternatives)) {
-                add(candidates, std::move(*candidate));
+                candidates.push_back(std::move(*candidate));
             }
         }
     }
@@ -263,7 +297,7 @@ private:
         }
 
         const std::size_t in_bytes = static_cast<std::size_t>(std::max(forms_.length(), 0));
-        Candidate candidate{.forms = {plan.form}, .of = &forms_};
+        Candidate candidate{.form = plan.form, .of = &forms_};
         candidate.record.resize(in_bytes);
         candidate.determined.resize(in_bytes);
         candidate.chosen.resize(in_bytes);
@@ -310,8 +344,10 @@ private:
     // The bits that are left open, as fields: whole ones, with the bits of theirs that are determined.
     std::vector<Alternatives> alternatives(Node left, const std::vector<BitId>& open, const Candidate& candidate) {
         Diagrams& diagrams = forms_.diagrams();
-        const std::vector<Span> fields =
-            fields_of(with_neighbours(open, candidate), read_as_one(forms_, *candidate.forms.front()));
+        std::vector<Span> fields = fields_of(with_neighbours(open, candidate), read_as_one(forms_, *candidate.form));
+        std::erase_if(fields, [&](const Span& field) {
+            return std::ranges::none_of(open, [&](BitId id) { return is_in(field, id); });
+        });
         for (const Span& field : fields) {
             for (unsigned bit = field.first_bit; bit < unsigned{field.first_bit} + field.width; ++bit) {
                 if (bit_at(candidate.determined, bit) || bit_at(candidate.chosen, bit)) {
@@ -419,15 +455,13 @@ private:
                                      [](BitId id) { return trace::space_of(id) == Space::in; });
             }
         };
-        for (const Form* form : candidate.forms) {
-            for (const Bit& bit : form->out) {
-                if (bit.kind == Bit::function) {
-                    add(bit.value);
-                }
+        for (const Bit& bit : candidate.form->out) {
+            if (bit.kind == Bit::function) {
+                add(bit.value);
             }
-            for (const forms::Answer& answer : form->answers) {
-                add(forms_.questions()[answer.question].node);
-            }
+        }
+        for (const forms::Answer& answer : candidate.form->answers) {
+            add(forms_.questions()[answer.question].node);
         }
         return {bits.begin(), bits.end()};
     }
@@ -445,25 +479,6 @@ private:
             catalogue::call(translator, in.data(), forms_.length(), out.data(), &length, catalogue::Argument{0});
         return status == NPXLATE_OK && length == form.length.value_or(not_stored) &&
                std::equal(record.begin(), record.end(), out.begin());
-    }
-
-    // Forms that differ in nothing that the bytes show are one candidate.
-    static void add(std::vector<Candidate>& candidates, Candidate candidate) {
-        const auto same = std::ranges::find_if(candidates, [&](const Candidate& other) {
-            return other.of == candidate.of && other.record == candidate.record && other.free == candidate.free &&
-                   other.determined == candidate.determined && other.chosen == candidate.chosen && is_settled(other);
-        });
-        if (same == candidates.end()) {
-            candidates.push_back(std::move(candidate));
-        } else {
-            same->forms.push_back(candidate.forms.front());
-        }
-    }
-
-    // Whether no bit has one of several values.
-    static bool is_settled(const Candidate& candidate) {
-        return count_bits(candidate.determined) + count_bits(candidate.chosen) + count_bits(candidate.free) ==
-               8 * candidate.record.size();
     }
 
     Refusal contradictions(const Plan& plan, std::span<const std::uint8_t> record) {
@@ -561,6 +576,7 @@ Result Decoder::decode(std::span<const std::uint8_t> record) const {
         }
     }
     std::ranges::stable_sort(result.candidates, {}, [](const Candidate& one) { return Solver::rank(one); });
+    bring_together(result.candidates);
     if (result.candidates.empty()) {
         for (const auto& [length, solver] : solvers_) {
             if (length == record.size()) {

@@ -34,13 +34,15 @@ struct Alternative {
 using Alternatives = std::vector<Alternative>;  // one of them was there
 
 struct Candidate {
-    std::vector<const Form*> forms{};  // those that the bytes do not tell apart
-    const Forms* of = nullptr;         // whose forms they are
+    const Form* form = nullptr;
+    const Forms* of = nullptr;  // whose form it is
     Bytes record{};      // one record that gives these bytes: free bits 0, and of alternatives one that holds
     Bytes determined{};  // the bits that the bytes determine
     Bytes chosen{};      // the bits that the form's condition determines
     Bytes free{};        // the bits that may have been anything
     std::vector<Alternatives> groups{};  // of the bits that are neither; each group by itself
+    // Candidates of one number differ in nothing that the bytes show: what is not determined is chosen otherwise.
+    std::size_t alike = 0;
 };
 
 // A bit of the record, or several, that a form cannot have made.
@@ -56,7 +58,7 @@ struct Refusal {
 };
 
 struct Result {
-    std::vector<Candidate> candidates{};  // those that explain the most first
+    std::vector<Candidate> candidates{};  // those that explain the most first, and those together that are alike
     std::vector<Refusal> nearest{};       // if there is no candidate: the forms with the fewest contradictions
 };
 

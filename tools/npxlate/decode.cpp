@@ -43,6 +43,8 @@ const Mark marks[] = {
     {'.', fmt::fg(fmt::terminal_color::bright_black), "free: not carried"},
 };
 
+constexpr std::size_t free_mark = 3;
+
 bool has(const Bytes& mask, std::size_t bit) { return (mask.at(bit / 8) >> bit % 8 & 1) != 0; }
 
 std::vector<Span> bits_in(const Bytes& mask) {
@@ -55,12 +57,33 @@ std::vector<Span> bits_in(const Bytes& mask) {
     return explain::spans_of(bits);
 }
 
-std::string names_of(const Candidate& candidate) {
+// The form, and where the translator takes records of several sizes, the record's.
+std::string name_of(const Candidate& candidate) {
+    return candidate.form->name +
+           (candidate.of->translator().in().fixed() ? "" : ", " + describe(candidate.record.size()));
+}
+
+using Candidates = std::span<const Candidate>;  // that are alike
+
+std::string names_of(Candidates candidates) {
     std::string names;
-    for (const forms::Form* form : candidate.forms) {
-        names += (names.empty() ? "" : "; or ") + form->name;
+    for (const Candidate& candidate : candidates) {
+        names += (names.empty() ? "" : "; or ") + name_of(candidate);
     }
     return names;
+}
+
+std::vector<Candidates> alike(const std::vector<Candidate>& candidates) {
+    std::vector<Candidates> all;
+    for (std::size_t i = 0; i < candidates.size();) {
+        std::size_t end = i + 1;
+        while (end < candidates.size() && candidates[end].alike == candidates[i].alike) {
+            ++end;
+        }
+        all.push_back(Candidates{candidates}.subspan(i, end - i));
+        i = end;
+    }
+    return all;
 }
 
 // "1, or 65 to 255"; bits of more than a byte in hex.
@@ -132,14 +155,16 @@ std::string names_text(const Candidate& candidate, const Naming& naming) {
     return text;
 }
 
-Json candidate_json(const Candidate& candidate, const Naming& naming) {
+Json candidate_json(const Candidate& candidate, Candidates alike, const Naming& naming) {
     Json also = Json::array();
-    for (std::size_t i = 1; i < candidate.forms.size(); ++i) {
-        also.push_back(candidate.forms[i]->name);
+    for (const Candidate& other : alike) {
+        if (&other != &candidate) {
+            also.push_back(other.form->name);
+        }
     }
-    Json json{{"form", candidate.forms.front()->name},
+    Json json{{"form", candidate.form->name},
               {"also", std::move(also)},
-              {"when", forms::when(*candidate.of, *candidate.forms.front())},
+              {"when", forms::when(*candidate.of, *candidate.form)},
               {"logical", to_hex(candidate.record)},
               {"determined", to_hex(candidate.determined)},
               {"chosen", to_hex(candidate.chosen)},
@@ -155,8 +180,10 @@ Json to_json(const Translator& translator, const Bytes& record, const decode::Re
     Json json = translator_json(translator);
     json["physical"] = to_hex(record);
     Json candidates = Json::array();
-    for (const Candidate& candidate : result.candidates) {
-        candidates.push_back(candidate_json(candidate, naming));
+    for (const Candidates group : alike(result.candidates)) {
+        for (const Candidate& candidate : group) {
+            candidates.push_back(candidate_json(candidate, group, naming));
+        }
     }
     json["candidates"] = std::move(candidates);
     Json nearest = Json::array();
@@ -172,12 +199,14 @@ Json to_json(const Translator& translator, const Bytes& record, const decode::Re
     return json;
 }
 
-std::string candidate_text(const Translator& translator, const Candidate& candidate, const Naming& naming,
-                           Style style) {
+// The first of them, and what else there is of the others.
+std::string candidates_text(const Translator& translator, Candidates alike, const Naming& naming, Style style) {
     std::string text;
+    const Candidate& candidate = alike.front();
     constexpr std::size_t about[] = {9};
-    const std::string when = forms::when(*candidate.of, *candidate.forms.front());
-    if (!when.empty() && candidate.forms.size() == 1 && when != candidate.forms.front()->name) {
+    const std::string when = forms::when(*candidate.of, *candidate.form);
+    // The names of forms that need it to be told apart end with it.
+    if (!when.empty() && !candidate.form->name.ends_with(when)) {
         text += line(about, {"when", when});
     }
     text += line(about, {"logical", to_hex(candidate.record)});
@@ -185,10 +214,10 @@ std::string candidate_text(const Translator& translator, const Candidate& candid
     for (std::size_t bit = 0; bit < 8 * candidate.record.size(); ++bit) {
         kinds.push_back(has(candidate.determined, bit) ? 0
                         : has(candidate.chosen, bit)   ? 1
-                        : has(candidate.free, bit)     ? 3
+                        : has(candidate.free, bit)     ? free_mark
                                                        : 2);
     }
-    text += grid('L', candidate.record, kinds, marks, style) + legend(kinds, marks, style);
+    text += grid('L', candidate.record, kinds, marks, style, free_mark) + legend(kinds, marks, style);
     constexpr std::size_t columns[] = {18, 20};
     const explain::Account account = explain::account(translator, candidate.record);
     for (const explain::Field& field : account.fields) {
@@ -228,7 +257,11 @@ std::string candidate_text(const Translator& translator, const Candidate& candid
     if (const std::vector<Span> free = bits_in(candidate.free); !free.empty()) {
         text += line(about, {"free", explain::position_list('L', free)});
     }
-    return text + names_text(candidate, naming);
+    text += names_text(candidate, naming);
+    for (const Candidate& other : alike.subspan(1)) {
+        text += line(about, {"or", name_of(other)}) + line(about, {"", to_hex(other.record)});
+    }
+    return text;
 }
 
 // What a caller of the translator has to know besides.
@@ -258,21 +291,22 @@ std::string to_text(const Translator& translator, const decode::Result& result, 
                     Style style) {
     constexpr std::size_t hanging[] = {0};
     std::string text = heading(describe(translator), style) + line(hanging, {"", catalogue::title(translator)}) + "\n";
-    for (std::size_t i = 0; i < result.candidates.size(); ++i) {
-        const Candidate& candidate = result.candidates[i];
+    const std::vector<Candidates> groups = alike(result.candidates);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        const Candidates group = groups[i];
         if (i == 0 || all) {
-            std::string title = line(hanging, {"", names_of(candidate)});
+            std::string title = line(hanging, {"", name_of(group.front())});
             title.pop_back();
-            text += (i == 0 ? "" : "\n") + heading(title, style) + candidate_text(translator, candidate, naming, style);
+            text += (i == 0 ? "" : "\n") + heading(title, style) + candidates_text(translator, group, naming, style);
         } else if (i == 1) {
-            text += fmt::format("\n{} other form{} can have made these bytes, too (--all shows {}):\n",
-                                result.candidates.size() - 1, result.candidates.size() == 2 ? "" : "s",
-                                result.candidates.size() == 2 ? "it" : "them");
+            const std::size_t others = result.candidates.size() - groups.front().size();
+            text += fmt::format("\n{} other form{} can have made these bytes, too (--all shows {}):\n", others,
+                                others == 1 ? "" : "s", others == 1 ? "it" : "them");
         }
         constexpr std::size_t most_others = 6;
         if (i > 0 && !all && i <= most_others) {
             constexpr std::size_t indented[] = {2};
-            text += line(indented, {"", names_of(candidate)});
+            text += line(indented, {"", names_of(group)});
         }
     }
     return text + notes(translator);

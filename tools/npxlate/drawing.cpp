@@ -44,18 +44,24 @@ std::string painted(std::string_view text, const fmt::text_style& colour, Style 
 Style style_of_stdout() { return {.box = draws_boxes(STDOUT_FILENO), .colour = colours(stdout)}; }
 
 std::string grid(char letter, std::span<const std::uint8_t> bytes, std::span<const std::size_t> marks,
-                 std::span<const Mark> kinds, Style style) {
+                 std::span<const Mark> kinds, Style style, std::optional<std::size_t> says_nothing) {
     if (bytes.empty()) {
         return "";
     }
     const char* const wall = style.box ? "\u2502" : "|";
     const std::size_t columns = std::min(bytes.size(), bytes_a_row());
     std::string text = rule(columns, "\u250c", "\u252c", "\u2510", style);
+    bool is_first = true;
     for (std::size_t first = 0; first < bytes.size(); first += columns) {
         const std::size_t count = std::min(columns, bytes.size() - first);
-        if (first != 0) {
+        const auto row = marks.subspan(8 * first, 8 * count);
+        if (says_nothing && std::ranges::all_of(row, [&](std::size_t mark) { return mark == *says_nothing; })) {
+            continue;
+        }
+        if (!is_first) {
             text += rule(columns, "\u251c", "\u253c", "\u2524", style);
         }
+        is_first = false;
         std::string values = fmt::format("{:<{}}", fmt::format("{}{}", letter, first), label_width);
         std::string letters(label_width, ' ');
         for (std::size_t byte = first; byte < first + count; ++byte) {
