@@ -204,31 +204,6 @@ Number Recorder::tx_adj_key_max() {
     return {std::move(bits), "TX_ADJ_KEY_MAX"};
 }
 
-std::string position(char letter, unsigned first_bit, unsigned width) {
-    const unsigned last_bit = first_bit + width - 1;
-    std::string text(1, letter);
-    text.append(std::to_string(first_bit / 8));
-    const auto add = [&](char sign, unsigned number) { text.append(1, sign).append(std::to_string(number)); };
-    if (first_bit % 8 == 0 && width % 8 == 0) {
-        if (width != 8) {
-            add('-', last_bit / 8);
-        }
-        return text;
-    }
-    if (first_bit / 8 == last_bit / 8) {
-        add('.', last_bit % 8);
-        if (width != 1) {
-            add('-', first_bit % 8);
-        }
-        return text;
-    }
-    add('.', first_bit % 8);
-    text.append(" to ");
-    text.append(1, letter).append(std::to_string(last_bit / 8));
-    add('.', last_bit % 8);
-    return text;
-}
-
 void place(const LayoutView& layout, Content& content, const Read& read, char letter) {
     Recorder& recorder = Recorder::current();
     const std::uint16_t step = recorder.add({.kind = Step::placed, .layout = &layout});

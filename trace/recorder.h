@@ -9,6 +9,7 @@
 
 #include "frame/layout.h"
 #include "trace/number.h"
+#include "trace/position.h"
 
 namespace npxlate::trace {
 
@@ -150,9 +151,6 @@ private:
     std::vector<Step> steps_{};
     Recorder* outer_;
 };
-
-// The name of bits within a byte or of whole bytes: L3.4, L3.4-2, L12, L12-15.
-std::string position(char letter, unsigned first_bit, unsigned width);
 
 // Places a layout: `read` gives the bits of the record read.
 void place(const LayoutView& layout, Content& content, const std::function<Bit(unsigned)>& read, char letter);

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "catalogue/catalogue.h"
+#include "trace/position.h"
 
 namespace audit {
 namespace {
@@ -35,38 +36,6 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(0, text.find_last_not_of(space) + 1);
 }
 
-// P0, P12-15, P0.3, P0.7-4
-std::optional<npxlate::Span> parse_position(std::string_view text) {
-    if (!take(text, 'P')) {
-        return std::nullopt;
-    }
-    const auto byte = take_number(text);
-    if (!byte || *byte >= most_physical) {
-        return std::nullopt;
-    }
-    unsigned first = *byte * 8;
-    unsigned width = 8;
-    if (take(text, '.')) {
-        const auto high = take_number(text);
-        const auto low = take(text, '-') ? take_number(text) : high;
-        if (!high || !low || *high > 7 || *low > *high) {
-            return std::nullopt;
-        }
-        first += *low;
-        width = *high - *low + 1;
-    } else if (take(text, '-')) {
-        const auto last = take_number(text);
-        if (!last || *last < *byte || *last >= most_physical) {
-            return std::nullopt;
-        }
-        width = 8 * (*last - *byte + 1);
-    }
-    if (!text.empty()) {
-        return std::nullopt;
-    }
-    return npxlate::Span{static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(width)};
-}
-
 }  // namespace
 
 void Ignored::add(std::string_view text) {
@@ -83,20 +52,16 @@ void Ignored::add(std::string_view text) {
     }
     const std::size_t record = catalogue::of_table(*table, catalogue::Role::result).physical.most;
     Bits bits;
-    unsigned number = 0;
     do {
-        ++number;
         const std::size_t end = std::min(text.find(','), text.size());
-        const auto span = parse_position(trimmed(text.substr(0, end)));
+        const std::string_view one = trimmed(text.substr(0, end));
         text.remove_prefix(end);
-        if (!span) {
-            throw wrong(fmt::format("number {} is no position", number));
+        const npxlate::Span span = npxlate::trace::parse_position(one, 'P').bits;
+        if (std::size_t{span.first_bit} + span.width > 8 * record) {
+            throw std::invalid_argument{
+                fmt::format("{} lies outside the records of table {}, which have {} bytes", one, *table, record)};
         }
-        if (std::size_t{span->first_bit} + span->width > 8 * record) {
-            throw wrong(fmt::format("position {} lies outside the records of table {}, which have {} bytes", number,
-                                    *table, record));
-        }
-        bits.set(*span);
+        bits.set(span);
     } while (take(text, ','));
     bits_[*table] |= bits;
 }

@@ -1,93 +1,47 @@
 #include <algorithm>
-#include <charconv>
-
-#include <fmt/format.h>
 
 #include "explain/positions.h"
 #include "names/names.h"
+#include "trace/position.h"
 
 namespace names {
 namespace {
 
-constexpr unsigned most_bytes = NPXLATE_MAX_LOGICAL_LENGTH;
-
-// A number at the front of the text, taken away from it.
-std::optional<unsigned> number(std::string_view& text) {
-    unsigned value = 0;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{}) {
-        return std::nullopt;
-    }
-    text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
-    return value;
-}
-
-bool take(std::string_view& text, char c) {
-    if (!text.starts_with(c)) {
-        return false;
-    }
-    text.remove_prefix(1);
-    return true;
-}
-
-std::optional<Span> piece(std::string_view text) {
-    if (!take(text, 'L')) {
-        return std::nullopt;
-    }
-    const std::optional<unsigned> byte = number(text);
-    if (!byte || *byte >= most_bytes) {
-        return std::nullopt;
-    }
-    unsigned first_bit = *byte * 8;
-    unsigned width = 8;
-    if (take(text, '.')) {
-        const std::optional<unsigned> high = number(text);
-        const std::optional<unsigned> low = take(text, '-') ? number(text) : high;
-        if (!high || !low || *high > 7 || *low > *high) {
-            return std::nullopt;
-        }
-        first_bit += *low;
-        width = *high - *low + 1;
-    } else if (take(text, '-')) {
-        const std::optional<unsigned> last = number(text);
-        if (!last || *last < *byte || *last >= most_bytes) {
-            return std::nullopt;
-        }
-        width = (*last - *byte + 1) * 8;
-    }
-    if (!text.empty()) {
-        return std::nullopt;
-    }
-    return Span{static_cast<std::uint16_t>(first_bit), static_cast<std::uint16_t>(width)};
-}
-
-std::optional<std::vector<Span>> pieces(std::string_view text) {
+// The pieces of the text, between spaces.
+std::vector<std::string_view> pieces(std::string_view text) {
     constexpr std::string_view spaces = " \t";
-    std::vector<Span> result;
+    std::vector<std::string_view> result;
     for (std::size_t at = text.find_first_not_of(spaces); at != std::string_view::npos;) {
         const std::size_t end = std::min(text.find_first_of(spaces, at), text.size());
-        const std::optional<Span> one = piece(text.substr(at, end - at));
-        if (!one) {
-            return std::nullopt;
-        }
-        result.push_back(*one);
+        result.push_back(text.substr(at, end - at));
         at = text.find_first_not_of(spaces, end);
     }
-    return result.empty() ? std::nullopt : std::optional{result};
+    return result;
 }
 
 }  // namespace
 
 std::vector<Span> parse_positions(std::string_view text) {
-    if (const auto spans = pieces(text)) {
-        return *spans;
+    try {
+        std::vector<Span> result;
+        for (const std::string_view piece : pieces(text)) {
+            result.push_back(npxlate::trace::parse_position(piece, 'L').bits);
+        }
+        // Nothing at all is told as what is no position.
+        return result.empty() ? std::vector{npxlate::trace::parse_position(text, 'L').bits} : result;
+    } catch (const npxlate::trace::NoPosition& error) {
+        throw Error{error.what()};
     }
-    throw Error{
-        fmt::format("\"{}\" is no position: expected logical bits such as L3.4, L3.4-2, L12 or L12-15 (bytes 0 to {})",
-                    text, most_bytes - 1)};
 }
 
-bool is_position(std::string_view text) { return pieces(text).has_value(); }
+bool is_position(std::string_view text) {
+    try {
+        parse_positions(text);
+        return true;
+    } catch (const Error&) {
+        return false;
+    }
+}
 
 std::string positions_text(std::span<const Span> bits) {
     return explain::position_list('L', {bits.begin(), bits.end()});

@@ -14,6 +14,7 @@
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
 #include "npxlate/subject.h"
+#include "trace/position.h"
 
 namespace tool {
 namespace {
@@ -22,15 +23,11 @@ using catalogue::Translator;
 using explain::Field;
 using explain::Section;
 using explain::Span;
+using npxlate::trace::Position;
 
 struct Options {
     std::vector<std::string> words;
     bool json = false;
-};
-
-struct Position {
-    char letter;
-    Span bits;
 };
 
 std::string lower(std::string_view text) {
@@ -40,33 +37,17 @@ std::string lower(std::string_view text) {
     return result;
 }
 
-// L12, L12-15, P3.4 or P3.7-4; nothing for what is no position.
-std::optional<Position> parse_position(const std::string& word) {
-    const char letter = static_cast<char>(std::toupper(static_cast<unsigned char>(word.front())));
-    if ((letter != 'L' && letter != 'P') || word.size() < 2) {
+// Nothing for what does not look like one.
+std::optional<Position> position_in(std::string word) {
+    word.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(word.front())));
+    if (!npxlate::trace::is_like_position(word)) {
         return std::nullopt;
     }
-    const std::string_view rest = std::string_view{word}.substr(1);
-    const std::size_t dot = rest.find('.');
-    const std::size_t dash = rest.find('-');
-    const auto number = [](std::string_view text, unsigned long most) { return parse_number(text, most); };
-    constexpr unsigned long last_byte = NPXLATE_MAX_LOGICAL_LENGTH - 1;
-    const auto byte = number(rest.substr(0, std::min(dot, dash)), last_byte);
-    if (!byte) {
-        return std::nullopt;
+    try {
+        return npxlate::trace::parse_position(word);
+    } catch (const npxlate::trace::NoPosition& error) {
+        throw WrongInput{error.what()};
     }
-    const auto span = [](unsigned long first, unsigned long width) {
-        return Span{static_cast<std::uint16_t>(first), static_cast<std::uint16_t>(width)};
-    };
-    if (dot == std::string_view::npos) {
-        const auto last = dash == std::string_view::npos ? byte : number(rest.substr(dash + 1), last_byte);
-        return last && *last >= *byte ? std::optional{Position{letter, span(8 * *byte, 8 * (*last - *byte + 1))}}
-                                      : std::nullopt;
-    }
-    const auto high = number(rest.substr(dot + 1, dash - dot - 1), 7);
-    const auto low = dash == std::string_view::npos ? high : number(rest.substr(dash + 1), 7);
-    return high && low && *high >= *low ? std::optional{Position{letter, span(8 * *byte + *low, *high - *low + 1)}}
-                                        : std::nullopt;
 }
 
 bool touches(const std::vector<Span>& spans, const Span& bits) {
@@ -78,7 +59,7 @@ bool touches(const std::vector<Span>& spans, const Span& bits) {
 // What one of the words asks for.
 class Wanted {
 public:
-    explicit Wanted(const std::string& word) : text_{lower(word)}, position_{parse_position(word)} {
+    explicit Wanted(const std::string& word) : text_{lower(word)}, position_{position_in(word)} {
         const auto number = parse_number(word, 0xffffffff);
         (word.starts_with("0x") ? value_ : table_) = number;
     }
