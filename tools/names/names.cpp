@@ -101,6 +101,19 @@ const Record* Names::of(const Translator& translator, std::optional<unsigned> ta
     return found;
 }
 
+std::vector<const Record*> Names::all_of(const Translator& translator) const {
+    std::vector<const Record*> all;
+    for (const Record& record : records_) {
+        const bool stands_in_table =
+            record.table && &catalogue::of_table(*record.table, translator.role) == &translator;
+        if (record.translator == (record.table ? forward_of(translator, record.table) : forward_of(translator)) &&
+            (!record.table || stands_in_table)) {
+            all.push_back(&record);
+        }
+    }
+    return all;
+}
+
 std::string to_string(const Mention& mention) {
     if (mention.whole()) {
         return mention.field->name;

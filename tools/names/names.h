@@ -81,6 +81,9 @@ public:
     // several tables and no table is given.
     const Record* of(const catalogue::Translator& translator, std::optional<unsigned> table = {}) const;
 
+    // All of them, where no table is given: of the translator itself and of the tables in which it stands.
+    std::vector<const Record*> all_of(const catalogue::Translator& translator) const;
+
     const std::vector<Record>& records() const { return records_; }
     const std::string& source() const { return source_; }
 

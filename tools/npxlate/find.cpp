@@ -13,6 +13,7 @@
 #include "npxlate/drawing.h"
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
+#include "npxlate/names_option.h"
 #include "npxlate/subject.h"
 #include "trace/position.h"
 
@@ -27,6 +28,7 @@ using npxlate::trace::Position;
 
 struct Options {
     std::vector<std::string> words;
+    NamesOption names;
     bool json = false;
 };
 
@@ -50,11 +52,50 @@ std::optional<Position> position_in(std::string word) {
     }
 }
 
-bool touches(const std::vector<Span>& spans, const Span& bits) {
+bool touch(const std::vector<Span>& spans, const std::vector<Span>& others) {
     return std::ranges::any_of(spans, [&](const Span& span) {
-        return span.first_bit < bits.first_bit + bits.width && bits.first_bit < span.first_bit + span.width;
+        return std::ranges::any_of(others, [&](const Span& other) {
+            return span.first_bit < other.first_bit + other.width && other.first_bit < span.first_bit + span.width;
+        });
     });
 }
+
+const std::vector<Span>& logical_side(const Translator& translator, const Field& field) {
+    return explain::in_letter(translator) == 'L' ? field.from : field.to;
+}
+
+// The user's names of a translator's logical record: of all tables' in which it stands.
+class NamesOfRecord {
+public:
+    NamesOfRecord(const std::optional<names::Names>& names, const Translator& translator) {
+        if (names) {
+            records_ = names->all_of(translator);
+        }
+    }
+
+    bool any() const { return !records_.empty(); }
+    // What the names say of bits of the logical record, each once.
+    std::vector<std::string> at(const std::vector<Span>& bits) const {
+        std::vector<std::string> texts;
+        for (const names::Record* const record : records_) {
+            for (const names::Mention& mention : names::mentions(*record, bits)) {
+                if (std::string text = names::to_string(mention); std::ranges::find(texts, text) == texts.end()) {
+                    texts.push_back(std::move(text));
+                }
+            }
+        }
+        return texts;
+    }
+    template <typename Visit>
+    void for_each(Visit visit) const {
+        for (const names::Record* const record : records_) {
+            std::ranges::for_each(record->fields, visit);
+        }
+    }
+
+private:
+    std::vector<const names::Record*> records_{};
+};
 
 // What one of the words asks for.
 class Wanted {
@@ -69,25 +110,32 @@ public:
         if (table_) {
             return std::ranges::count(catalogue::tables_of(translator), *table_) != 0;
         }
-        return !position_ && (lower(catalogue::title(translator)).find(text_) != std::string::npos ||
-                              translator.name.find(text_) != std::string_view::npos ||
+        return !position_ && (is_in(catalogue::title(translator)) || is_in(translator.name) ||
                               text_ == catalogue::to_string(translator.role));
     }
 
-    bool is_of(const Translator& translator, const Section& section, const Field& field) const {
+    bool is_of(const Translator& translator, const NamesOfRecord& names, const Section& section,
+               const Field& field) const {
         if (position_) {
             const bool goes_in = position_->letter == explain::in_letter(translator);
-            return touches(goes_in ? field.from : field.to, position_->bits);
+            return touch(goes_in ? field.from : field.to, {position_->bits});
         }
         if (value_ && field.kind == explain::Kind::constant) {
             return parse_number(field.text, 0xffffffff) == value_;
         }
-        return std::ranges::any_of(
-            std::vector{field.name, field.text, section.title, section.when},
-            [&](const std::string& said) { return lower(said).find(text_) != std::string::npos; });
+        const auto says = [&](const std::string& said) { return is_in(said); };
+        return std::ranges::any_of(std::vector{field.name, field.text, section.title, section.when}, says) ||
+               std::ranges::any_of(names.at(logical_side(translator, field)), says);
+    }
+
+    // Said of a name and its bits.
+    bool is_of(const names::Field& name) const {
+        return position_ ? position_->letter == 'L' && touch(name.bits, {position_->bits}) : is_in(name.name);
     }
 
 private:
+    bool is_in(std::string_view said) const { return lower(said).find(text_) != std::string::npos; }
+
     std::string text_;
     std::optional<Position> position_;
     std::optional<unsigned long> value_{};  // 0x91
@@ -96,29 +144,46 @@ private:
 
 struct Found {
     const Translator* translator;
+    NamesOfRecord names;
     std::vector<std::pair<const Section*, const Field*>> fields{};
+    std::vector<const names::Field*> not_carried{};  // names of which this is all that there is to say
 };
 
-// A record is found if every word is said of it, or of one of its fields; then those fields are shown.
-std::vector<Found> search(const std::vector<Wanted>& wanted, std::vector<std::vector<Section>>& sections) {
+void search(const std::vector<Wanted>& wanted, const std::vector<Section>& sections, Found& found) {
+    const Translator& translator = *found.translator;
+    for (const Section& section : sections) {
+        for (const Field& field : section.fields) {
+            if (std::ranges::all_of(
+                    wanted, [&](const Wanted& one) { return one.is_of(translator, found.names, section, field); })) {
+                found.fields.emplace_back(&section, &field);
+            }
+        }
+    }
+    found.names.for_each([&](const names::Field& name) {
+        const bool carried = std::ranges::any_of(sections, [&](const Section& section) {
+            return std::ranges::any_of(
+                section.fields, [&](const Field& field) { return touch(logical_side(translator, field), name.bits); });
+        });
+        if (!carried && std::ranges::all_of(wanted, [&](const Wanted& one) { return one.is_of(name); })) {
+            found.not_carried.push_back(&name);
+        }
+    });
+}
+
+// A record is found if every word is said of it, or of one of its fields or names; then those are shown.
+std::vector<Found> search(const std::vector<Wanted>& wanted, const std::optional<names::Names>& names,
+                          std::vector<std::vector<Section>>& sections) {
     std::vector<Found> all;
     for (const Translator& translator : catalogue::translators()) {
-        Found found{.translator = &translator};
+        Found found{.translator = &translator, .names = {names, translator}};
         std::vector<Wanted> of_fields;
         std::ranges::copy_if(wanted, std::back_inserter(of_fields),
                              [&](const Wanted& one) { return !one.is_of(translator); });
         if (!of_fields.empty()) {
             sections.push_back(explain::sections_of(forms::forms_of(translator)));
-            for (const Section& section : sections.back()) {
-                for (const Field& field : section.fields) {
-                    if (std::ranges::all_of(of_fields,
-                                            [&](const Wanted& one) { return one.is_of(translator, section, field); })) {
-                        found.fields.emplace_back(&section, &field);
-                    }
-                }
-            }
+            search(of_fields, sections.back(), found);
         }
-        if (of_fields.empty() || !found.fields.empty()) {
+        if (of_fields.empty() || !found.fields.empty() || !found.not_carried.empty()) {
             all.push_back(std::move(found));
         }
     }
@@ -134,9 +199,19 @@ Json to_json(const std::vector<Found>& all) {
         for (const auto& [section, field] : found.fields) {
             Json row = field_json(*found.translator, *field);
             row["when"] = section->when;
+            if (found.names.any()) {
+                row["names"] = found.names.at(logical_side(*found.translator, *field));
+            }
             fields.push_back(std::move(row));
         }
         one["fields"] = std::move(fields);
+        if (found.names.any()) {
+            Json names = Json::array();
+            for (const names::Field* const name : found.not_carried) {
+                names.push_back({{"name", name->name}, {"at", names::positions_text(name->bits)}});
+            }
+            one["names_not_carried"] = std::move(names);
+        }
         json.push_back(std::move(one));
     }
     return json;
@@ -152,9 +227,14 @@ std::string to_text(const std::vector<Found>& all, Style style) {
         title.pop_back();
         text += heading(title, style);
         for (const auto& [section, field] : found.fields) {
+            const std::vector<std::string> names = found.names.at(logical_side(*found.translator, *field));
             text += line(columns, {"", explain::position_list(explain::out_letter(*found.translator), field->to),
                                    describe(*found.translator, *field) +
+                                       (names.empty() ? "" : fmt::format(" [{}]", fmt::join(names, ", "))) +
                                        (section->when.empty() ? "" : "; when " + section->when)});
+        }
+        for (const names::Field* const name : found.not_carried) {
+            text += line(columns, {"", names::positions_text(name->bits), fmt::format("not carried [{}]", name->name)});
         }
     }
     return text;
@@ -173,7 +253,8 @@ void run(const Options& options) {
     }
     std::vector<std::vector<Section>> sections;
     sections.reserve(catalogue::translators().size());
-    const std::vector<Found> found = search(wanted, sections);
+    const std::optional<names::Names> names = options.names.read();
+    const std::vector<Found> found = search(wanted, names, sections);
     if (options.json) {
         print_json(to_json(found));
     } else {
@@ -193,10 +274,12 @@ void add_find(Command app) {
         "Records are found of which, or of a field of which, every word is said: its name or title, a field's name or\n"
         "what becomes of it, its condition. A position finds the fields that carry it, a number the table, 0x91 "
         "constants.\n"
+        "With a names file, its names are words, too.\n"
         "Examples: npxlate find L12-15\n"
         "          npxlate find \"queue index\" result");
     const auto options = std::make_shared<Options>();
     command.add_option("WORDS", options->words, "Positions, values and words").required();
+    options->names.add_to(command);
     command.add_flag("--json", options->json, "The same as JSON");
     command.callback([options] { run(*options); });
 }
