@@ -20,6 +20,7 @@ using program::File;
 using program::Outcome;
 using program::run;
 using Lines = std::vector<std::string>;
+using Words = std::vector<std::string>;
 
 std::string hex(std::uint64_t number, unsigned digits) {
     std::ostringstream text;
@@ -529,12 +530,9 @@ TEST(Audit, SaysWhatIsWrongWithStatus2) {
          "such as "
          "13:P0.3,P12-15"},
         {{programmed.path(), held.path(), "--ignore", "17:P8"},
-         "bad --ignore 17:P8: position 1 lies outside the records of table 17, which have 8 bytes: expected a table "
-         "id, a "
-         "colon and positions, such as 13:P0.3,P12-15"},
+         "bad --ignore 17:P8: P8 lies outside the records of table 17, which have 8 bytes"},
         {{programmed.path(), held.path(), "--ignore", "17:P0,P0.3-4"},
-         "bad --ignore 17:P0,P0.3-4: number 2 is no position: expected a table id, a colon and positions, such as "
-         "13:P0.3,P12-15"},
+         "bad --ignore 17:P0,P0.3-4: \"P0.3-4\" is no position: expected P0.4-3, the highest bit first"},
         {{programmed.path(), "--raw", "17"}, "bad --raw 17: expected a table id, = and a file, such as 13=table13.bin"},
         {{programmed.path(), "--raw", "1=x"},
          "bad --raw 1=x: expected 1:KEY_BYTES,RECORD_BYTES=FILE, since table 1 takes several lengths"},
@@ -564,6 +562,78 @@ TEST(Audit, StopsBeforeMemoryIsFull) {
         << outcome.err;
     EXPECT_NE(outcome.err.find("--table N"), std::string::npos);
     EXPECT_EQ(run({"audit", programmed.path(), held.path(), "--memory", "1", "--table", "4"}).status, 0);
+}
+
+// ---- Names
+
+// Of table 17: a value of the record's last four bytes, and half of a key.
+constexpr const char* names = R"(
+[[record]]
+table = 17
+fields = [
+    { name = "spare", at = "L1" },
+    { name = "group.low", at = "L4-5", as = "number" },
+    { name = "group.high", at = "L6-7", as = "hex" },
+]
+[[record]]
+table = 17
+role = "key"
+fields = [{ name = "mac", at = "L0-5", as = "mac" }, { name = "vlan", at = "L6-7", as = "number" }]
+)";
+
+TEST(AuditNames, OfEntriesAreTranslated) {
+    const File programmed{
+        R"({"table":17,"key_fields":{"mac":"0a:0b:0c:0d:0e:0f","vlan":"0x1234"},"fields":{"group.low":513,"L7":4}})"
+        "\n"
+        R"({"table":17,"key":"0100000000000708","fields":{"group.high":"0x1ffff"}})"
+        "\n"
+        R"({"table":17,"key":"0100000000000708","fields":{"group":1}})"
+        "\n"
+        R"({"table":17,"key":"0100000000000708","key_fields":{},"result":""})"
+        "\n"};
+    const File held{R"({"table":17,"physical_key":"0f0e0d0c0b0a3412","physical_result":"1100010001020004"})"
+                    "\n"};
+    const File file{names};
+    const json summary =
+        json::parse(run({"audit", programmed.path(), held.path(), "--names", file.path(), "--json", "--limit", "0"})
+                        .out)["summary"];
+    EXPECT_EQ(summary["all"]["same"], 1);
+    EXPECT_EQ(summary["all"]["programmed"], 1);
+    const std::string text = run({"audit", programmed.path(), held.path(), "--names", file.path()}).out;
+    for (const char* const expected : {"\"fields\": group.high: 0x1ffff does not fit: it has 16 bits, at most 0xffff",
+                                       "\"fields\": there is no name \"group\": expected one of the names file or a "
+                                       "position such as L3.4-2; did you "
+                                       "mean group.low?",
+                                       "expected \"key\" or \"key_fields\", found both"}) {
+        EXPECT_NE(text.find(expected), std::string::npos) << text;
+    }
+    // Positions need no names.
+    const File by_position{R"({"table":17,"key":"0f0e0d0c0b0a3412","fields":{"L4":1,"L5":2,"L7":4}})"
+                           "\n"};
+    EXPECT_EQ(run({"audit", by_position.path(), held.path()}).status, 1);
+}
+
+TEST(AuditNames, StandBesideThePositions) {
+    const File programmed{programmed_entry(1, 0x01020304) + "\n" + programmed_entry(2, 0x01020304) + "\n"};
+    const File held{held_entry(1, 0x01030304) + "\n" + held_entry(2, 0x01020305) + "\n"};
+    const File file{names};
+    const Words arguments{"audit", programmed.path(), held.path()};
+    const auto with = [&](Words words) {
+        words.insert(words.end(), {"--names", file.path()});
+        return run(words).out;
+    };
+    const std::string text = with(arguments);
+    EXPECT_NE(text.find("L4-7 [group.low, group.high]\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("        group.low = 513, held 769\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("        group.high = 0x403, held 0x503\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("spare"), std::string::npos) << text;
+    const json finding = json::parse(
+        with({"audit", programmed.path(), held.path(), "--json", "--limit", "1"})
+            .substr(0, with({"audit", programmed.path(), held.path(), "--json", "--limit", "1"}).find('\n')));
+    EXPECT_EQ(finding["fields"][0]["names"][0], json({{"name", "group.low"}, {"programmed", "513"}, {"held", "769"}}));
+    // Without them, nothing is said of names.
+    EXPECT_EQ(run(arguments).out.find("group"), std::string::npos);
+    EXPECT_EQ(run({"audit", programmed.path(), held.path(), "--json"}).out.find("names"), std::string::npos);
 }
 
 }  // namespace

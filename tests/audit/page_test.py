@@ -26,8 +26,10 @@ with tempfile.TemporaryDirectory() as folder:
     for name, text in (("programmed", entries("programmed", programmed)),
                        ("held", entries("held", held) + "</script><script>alert(1)</script>\n")):
         pathlib.Path(folder, name).write_text(text, encoding="ascii")
-    audit = subprocess.run([npxlate, "audit", f"{folder}/programmed", f"{folder}/held", "--html", f"{folder}/page.html"],
-                           check=False, capture_output=True, text=True)
+    pathlib.Path(folder, "names.toml").write_text(
+        '[[record]]\ntable = 17\nfields = [{ name = "group", at = "L7", as = "hex" }]\n', encoding="ascii")
+    audit = subprocess.run([npxlate, "audit", f"{folder}/programmed", f"{folder}/held", "--html", f"{folder}/page.html",
+                            "--names", f"{folder}/names.toml"], check=False, capture_output=True, text=True)
     assert audit.returncode == 1, audit.stderr
 
     browser = Browser()
@@ -50,6 +52,9 @@ with tempfile.TemporaryDirectory() as folder:
         assert [len(record["differ"]) for record in drawn] == [1, 1], drawn
         assert drawn[0]["differ"][0].startswith("0 P7.7 is 0, differs: L4-7"), drawn
         assert drawn[1]["differ"][0].startswith("1 P7.7 is 1, differs: L4-7"), drawn
+        assert drawn[1]["differ"][0].endswith("[group]"), drawn
+        [row] = browser.run("return [...document.querySelectorAll('.finding .rows tbody tr')].map((row) => row.innerText)")
+        assert "group = 0x0" in row and "group = 0x80" in row, row
         rows = browser.run("return [...document.querySelectorAll('.counts tbody tr')].map((row) => row.innerText)")
         assert rows[-1].split() == ["all", "64", "63", "58", "5", "1", "0", "0", "0", "0"], rows
         assert browser.run("return document.querySelectorAll('.sums li').length") == 2

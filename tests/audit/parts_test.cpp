@@ -81,7 +81,9 @@ TEST(AuditIgnored, RefusesWhatIsNoPosition) {
         ignored.add_lines("13:P0\n\n13:X\n");
         FAIL();
     } catch (const std::invalid_argument& error) {
-        EXPECT_TRUE(std::string(error.what()).starts_with("line 3: \"X\" is no position: expected physical bits such as P3.4")) << error.what();
+        EXPECT_TRUE(
+            std::string(error.what()).starts_with("line 3: \"X\" is no position: expected physical bits such as P3.4"))
+            << error.what();
     }
 }
 

@@ -333,6 +333,7 @@ TEST(Find, GivesRecordsByPositionNameValueAndWords) {
     EXPECT_EQ(position[0]["fields"][0]["when"].get<std::string>().find("L72.2"), 0U) << position;
     const std::string header = expect_done({"find", "0x11", "rx_adjacency"}).out;
     EXPECT_NE(header.find("P0.4-0"), std::string::npos) << header;
+    expect_error({"find", "L15-12"}, 2, "\"L15-12\" is no position: expected L12-15, the lowest byte first");
     const Outcome nothing = run({"find", "no such thing"});
     EXPECT_EQ(nothing.status, 1);
     EXPECT_EQ(nothing.err, "npxlate: error: no record has all of: no such thing\n");

@@ -74,6 +74,34 @@ TEST(Names, AreInTheJson) {
     EXPECT_FALSE(json::parse(run({"explain", "4", "--json", record}).out).contains("names"));
 }
 
+TEST(Names, AreFound) {
+    const Outcome found = with_names({"find", "NextHop"});
+    EXPECT_EQ(found.status, 0) << found.err;
+    EXPECT_TRUE(shows(found, "rx_adjacency_type_xlate_result, result of table 4")) << found.out;
+    EXPECT_TRUE(shows(found, "L24-27, bytes reversed [nexthop]")) << found.out;
+    EXPECT_TRUE(shows(found, "L24-27           P8-11 [nexthop]")) << found.out;
+    EXPECT_EQ(run({"find", "nexthop"}).status, 1);
+    const json rows = json::parse(with_names({"find", "queue", "rx_adjacency_type_xlate_result", "--json"}).out);
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows[0]["fields"][0]["names"], json::array({"queue"}));
+    // A name of bits that never leave the record is found, too.
+    const Outcome spare = with_names({"find", "spare", "result"},
+                                     "[[record]]\ntable = 4\nfields = [{ name = \"spare\", "
+                                     "at = \"L3\" }]\n");
+    EXPECT_EQ(spare.out,
+              "rx_adjacency_type_xlate_result, result of table 4: receive adjacency\n"
+              "  L3               not carried [spare]\n"
+              "rx_adjacency_type_logical_xlate_result, reverse of table 4: receive adjacency\n"
+              "  L3               not written [spare]\n");
+}
+
+TEST(Names, OfAGenericTableAreFoundWithItsTranslator) {
+    const Outcome found = with_names({"find", "index", "key"},
+                                     "[[record]]\ntable = 6\nrole = \"key\"\nbytes = 4\n"
+                                     "fields = [{ name = \"slot.index\", at = \"L0-3\" }]\n");
+    EXPECT_TRUE(shows(found, "[slot.index[31:0]]") || shows(found, "[slot.index]")) << found.out;
+}
+
 TEST(Names, ComeFromTheEnvironment) {
     const File file{names};
     const Outcome outcome = run({"layout", "4"}, {.environment = {"NPXLATE_NAMES=" + file.path()}});

@@ -51,7 +51,12 @@ function drawRecord(title, hex, different, originOf) {
 }
 
 const originText = (field) => [field.from.join(' '), field.text].filter(Boolean).join(', ')
-  + (field.name ? ` (${field.name})` : '');
+  + (field.name ? ` (${field.name})` : '')
+  + (field.names?.length ? ` [${field.names.map((one) => one.name ?? one).join(', ')}]` : '');
+
+// What stands there, as a number of the logical record and by the names that there are.
+const valueText = (field, side) => [field[side] + (field[`${side}_value`] ? `: ${field[`${side}_value`]}` : ''),
+  ...(field.names ?? []).filter((one) => one[side] !== null).map((one) => `${one.name} = ${one[side]}`)].join('; ');
 
 function drawFinding(finding) {
   const different = bitsOf(finding.differs_at ?? []);
@@ -67,8 +72,7 @@ function drawFinding(finding) {
   if (fields.length > 0) {
     const body = make('tbody');
     for (const field of fields) {
-      const value = (side) => field[side] + (field[`${side}_value`] ? `: ${field[`${side}_value`]}` : '');
-      body.append(make('tr', {}, ...[field.at.join(' '), value('programmed'), value('held'), originText(field)]
+      body.append(make('tr', {}, ...[field.at.join(' '), valueText(field, 'programmed'), valueText(field, 'held'), originText(field)]
         .map((textContent) => make('td', { textContent }))));
     }
     const head = make('tr', {}, ...['Position', 'Programmed', 'Held', 'From']

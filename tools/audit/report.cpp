@@ -98,129 +98,12 @@ std::string origin_text(const Origin& origin) {
     return fmt::format("{}, {}{}", from, origin.text, name);
 }
 
-Json fields_json(const Finding& finding) {
-    Json fields = Json::array();
-    for (const Origin& origin : finding.origins) {
-        Json field{{"at", explain::positions('P', origin.to)},
-                   {"from", logical_positions(origin)},
-                   {"text", origin.text},
-                   {"name", origin.name.empty() ? Json(nullptr) : Json(origin.name)},
-                   {"programmed", value(finding.programmed, origin)},
-                   {"held", value(finding.held, origin)}};
-        if (const std::string number = logical_value(origin, finding.programmed); !number.empty()) {
-            field["programmed_value"] = number;
-            field["held_value"] = logical_value(origin, finding.held);
-        }
-        fields.push_back(std::move(field));
+std::vector<std::string> names_at(const names::Record& names, const std::vector<npxlate::Span>& bits) {
+    std::vector<std::string> texts;
+    for (const names::Mention& mention : names::mentions(names, bits)) {
+        texts.push_back(names::to_string(mention));
     }
-    return fields;
-}
-
-Json to_json(const Result& result, const Pattern& pattern) {
-    Json json{{"finding", to_string(pattern.kind)}};
-    if (pattern.kind == FindingKind::unreadable) {
-        json["file"] = result.files[pattern.file].name;
-    } else {
-        json["table"] = pattern.table;
-    }
-    json["count"] = pattern.count;
-    json["text"] = sentence(result, pattern);
-    if (pattern.kind == FindingKind::different) {
-        json["at"] = explain::positions('P', spans_of(Bits{pattern.always} |= pattern.within));
-        json["always"] = explain::positions('P', spans_of(pattern.always));
-        json["explained"] = pattern.explained == Explained::no ? Json(nullptr) : Json(to_string(pattern.explained));
-        json["remark"] = remark(pattern);
-        Json origins = Json::array();
-        for (const Origin& origin : pattern.origins) {
-            origins.push_back({{"at", explain::positions('P', origin.to)},
-                               {"from", logical_positions(origin)},
-                               {"text", origin.text},
-                               {"name", origin.name.empty() ? Json(nullptr) : Json(origin.name)}});
-        }
-        json["fields"] = std::move(origins);
-    }
-    if (!pattern.lowest.empty()) {
-        json["lowest_key"] = hex(pattern.lowest);
-        json["highest_key"] = hex(pattern.highest);
-    }
-    return json;
-}
-
-Json to_json(const Result& result, const Finding& finding) {
-    const Pattern& pattern = *finding.pattern;
-    Json json{{"finding", to_string(pattern.kind)}};
-    if (pattern.kind != FindingKind::unreadable) {
-        json["table"] = pattern.table;
-    }
-    if (pattern.kind == FindingKind::duplicate_programmed || pattern.kind == FindingKind::duplicate_held) {
-        json["side"] = pattern.kind == FindingKind::duplicate_programmed ? "programmed" : "held";
-    }
-    if (!finding.key.empty()) {
-        json["physical_key"] = hex(finding.key);
-    }
-    if (finding.programmed_line) {
-        json["programmed_line"] = *finding.programmed_line;
-    }
-    if (finding.held_at) {
-        const bool unreadable = pattern.kind == FindingKind::unreadable;
-        const FileCounts& file = result.files[finding.held_file];
-        json[unreadable ? "file" : "held_file"] = file.name;
-        json[fmt::format("{}{}", unreadable ? "" : "held_", file.raw_of ? "record" : "line")] = *finding.held_at;
-    }
-    if (finding.first) {
-        json["first"] = *finding.first;
-        json["same_record"] = finding.same_record;
-    }
-    if (!finding.programmed.empty()) {
-        json["programmed"] = hex(finding.programmed);
-    }
-    if (!finding.held.empty()) {
-        json["held"] = hex(finding.held);
-    }
-    if (pattern.kind == FindingKind::different) {
-        json["differs_at"] = explain::positions('P', spans_of(finding.bits));
-        json["explained"] = finding.explained == Explained::no ? Json(nullptr) : Json(to_string(finding.explained));
-        json["fields"] = fields_json(finding);
-    }
-    if (!finding.reason.empty()) {
-        json["reason"] = finding.reason;
-    }
-    return json;
-}
-
-Json summary_json(const Result& result, const std::vector<Pattern>& patterns) {
-    Json summary{{"clean", result.clean()}};
-    Json all_patterns = Json::array();
-    for (const Pattern& pattern : patterns) {
-        all_patterns.push_back(to_json(result, pattern));
-    }
-    summary["patterns"] = std::move(all_patterns);
-    Json tables = Json::array();
-    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
-        const Counts& counts = result.tables[table];
-        if (counts.programmed + counts.held + counts.unexpected + counts.moving != 0) {
-            Json json{{"table", table}};
-            json.update(to_json(counts));
-            tables.push_back(std::move(json));
-        }
-    }
-    summary["tables"] = std::move(tables);
-    summary["all"] = to_json(result.all);
-    Json files = Json::array();
-    for (std::size_t i = 0; i < result.files.size(); ++i) {
-        const FileCounts& file = result.files[i];
-        files.push_back({{"name", file.name},
-                         {"side", i == 0 ? "programmed" : "held"},
-                         {"dump", i == 0 ? Json(nullptr) : Json(file.dump + 1)},
-                         {"entries", file.entries},
-                         {"unreadable", file.unreadable},
-                         {"of_other_tables", file.other},
-                         {"refused", file.refused},
-                         {"empty", file.empty}});
-    }
-    summary["files"] = std::move(files);
-    summary["sums"] = sums(result);
-    return summary;
+    return texts;
 }
 
 void replace(std::string& text, std::string_view what, std::string_view by) {
@@ -270,9 +153,11 @@ std::vector<std::string> sums(const Result& result) {
     return all;
 }
 
-Report::Report(const Result& result, const Settings& settings, std::size_t most_findings, bool moving)
+Report::Report(const Result& result, const Settings& settings, std::size_t most_findings, bool moving,
+               const names::Names* names)
     : result_{result},
       settings_{settings},
+      names_{names},
       patterns_{find_patterns(result, settings, most_findings, moving)},
       listed_(patterns_.size()) {
     for (const Pattern& pattern : patterns_) {
@@ -340,6 +225,7 @@ Finding Report::finding(const Pattern& pattern, std::uint64_t member) const {
             finding.programmed_line = one.line;
             finding.programmed = result_.programmed(one);
             finding.explained = one.explained;
+            finding.logical = result_.logical(one);
             finding.bits = differing(result_, settings_, one);
             put_origins(finding, one);
             break;
@@ -432,6 +318,10 @@ std::string Report::text_of(const Finding& finding) const {
             text += fmt::format(": {} and {}", number, logical_value(origin, finding.held));
         }
         text += "\n";
+        for (const Named& one : named(finding, origin)) {
+            text += fmt::format("        {}{}{}\n", one.name, one.programmed.empty() ? "" : " = " + one.programmed,
+                                one.held.empty() ? "" : ", held " + one.held);
+        }
     }
     return text;
 }
@@ -490,7 +380,8 @@ void Report::write_text(const Write& write) const {
         }
         for (std::size_t k = 0; k < std::min(pattern.origins.size(), most_origins); ++k) {
             const Origin& origin = pattern.origins[k];
-            write(fmt::format("    {}: {}\n", fmt::join(explain::positions('P', origin.to), " "), origin_text(origin)));
+            write(fmt::format("    {}: {}{}\n", fmt::join(explain::positions('P', origin.to), " "), origin_text(origin),
+                              names_text(pattern, origin)));
         }
         if (pattern.origins.size() > most_origins) {
             write(fmt::format("    and {} more fields\n", pattern.origins.size() - most_origins));
@@ -524,23 +415,226 @@ void Report::write_text(const Write& write) const {
     }
 }
 
+const names::Record* Report::names_of(unsigned table) const {
+    return names_ == nullptr ? nullptr : names_->of(catalogue::of_table(table, catalogue::Role::result), table);
+}
+
+std::vector<Report::Named> Report::named(const Finding& finding, const Origin& origin) const {
+    const names::Record* const names = names_of(finding.pattern->table);
+    if (names == nullptr) {
+        return {};
+    }
+    // The logical record as it was programmed and as it would be to give what is held: of a record that was not kept,
+    // the bits that came through; of the held one, no bits that something was computed from and that came out
+    // otherwise.
+    const std::size_t bytes = std::max({names->size, names->translator->in().most, finding.logical.size()});
+    names::Bytes programmed(bytes);
+    std::ranges::copy(finding.logical, programmed.begin());
+    std::vector<bool> known_programmed(8 * bytes);
+    std::fill_n(known_programmed.begin(), 8 * finding.logical.size(), true);
+    const auto put = [](names::Bytes& record, const Origin::Link& link, ByteSpan physical) {
+        const bool set = link.to / 8U < physical.size() && (physical[link.to / 8U] >> link.to % 8U & 1U) != 0;
+        const auto mask = static_cast<std::uint8_t>(1U << link.from % 8U);
+        std::uint8_t& byte = record.at(link.from / 8U);
+        byte = static_cast<std::uint8_t>(set != link.inverted ? byte | mask : byte & ~mask);
+    };
+    for (const Origin& one : finding.origins) {
+        for (const Origin::Link& link : one.links) {
+            if (!known_programmed.at(link.from)) {
+                put(programmed, link, finding.programmed);
+                known_programmed[link.from] = true;
+            }
+        }
+    }
+    names::Bytes held = programmed;
+    std::vector<bool> known_held = known_programmed;
+    for (const Origin& one : finding.origins) {
+        for (const npxlate::Span span : one.links.empty() ? one.from : std::vector<npxlate::Span>{}) {
+            std::fill_n(known_held.begin() + span.first_bit, span.width, false);
+        }
+    }
+    for (const Origin& one : finding.origins) {
+        for (const Origin::Link& link : one.links) {
+            put(held, link, finding.held);
+            known_held[link.from] = true;
+        }
+    }
+    const auto value = [](const names::Field& field, const names::Bytes& record, const std::vector<bool>& known) {
+        const bool whole =
+            std::ranges::all_of(names::bits_in_order(field.bits), [&](std::uint16_t bit) { return known[bit]; });
+        return whole ? names::value_in(field, record) : "";
+    };
+    std::vector<Named> all;
+    for (const names::Mention& mention : finding.logical.empty()
+                                             ? names::mentions(*names, origin.from)
+                                             : names::mentions(*names, origin.from, finding.logical)) {
+        all.push_back({names::to_string(mention), value(*mention.field, programmed, known_programmed),
+                       value(*mention.field, held, known_held)});
+    }
+    return all;
+}
+
+std::string Report::names_text(const Pattern& pattern, const Origin& origin) const {
+    const names::Record* const names = names_of(pattern.table);
+    const std::vector<std::string> texts =
+        names == nullptr ? std::vector<std::string>{} : names_at(*names, origin.from);
+    return texts.empty() ? "" : fmt::format(" [{}]", fmt::join(texts, ", "));
+}
+
+Json Report::fields_json(const Finding& finding) const {
+    Json fields = Json::array();
+    for (const Origin& origin : finding.origins) {
+        Json field{{"at", explain::positions('P', origin.to)},
+                   {"from", logical_positions(origin)},
+                   {"text", origin.text},
+                   {"name", origin.name.empty() ? Json(nullptr) : Json(origin.name)},
+                   {"programmed", value(finding.programmed, origin)},
+                   {"held", value(finding.held, origin)}};
+        if (const std::string number = logical_value(origin, finding.programmed); !number.empty()) {
+            field["programmed_value"] = number;
+            field["held_value"] = logical_value(origin, finding.held);
+        }
+        if (names_of(finding.pattern->table) != nullptr) {
+            Json names = Json::array();
+            for (const Named& one : named(finding, origin)) {
+                const auto known = [](const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); };
+                names.push_back({{"name", one.name}, {"programmed", known(one.programmed)}, {"held", known(one.held)}});
+            }
+            field["names"] = std::move(names);
+        }
+        fields.push_back(std::move(field));
+    }
+    return fields;
+}
+
+Json Report::to_json(const Pattern& pattern) const {
+    Json json{{"finding", to_string(pattern.kind)}};
+    if (pattern.kind == FindingKind::unreadable) {
+        json["file"] = result_.files[pattern.file].name;
+    } else {
+        json["table"] = pattern.table;
+    }
+    json["count"] = pattern.count;
+    json["text"] = sentence(result_, pattern);
+    if (pattern.kind == FindingKind::different) {
+        json["at"] = explain::positions('P', spans_of(Bits{pattern.always} |= pattern.within));
+        json["always"] = explain::positions('P', spans_of(pattern.always));
+        json["explained"] = pattern.explained == Explained::no ? Json(nullptr) : Json(to_string(pattern.explained));
+        json["remark"] = remark(pattern);
+        Json origins = Json::array();
+        for (const Origin& origin : pattern.origins) {
+            Json field{{"at", explain::positions('P', origin.to)},
+                       {"from", logical_positions(origin)},
+                       {"text", origin.text},
+                       {"name", origin.name.empty() ? Json(nullptr) : Json(origin.name)}};
+            if (const names::Record* const names = names_of(pattern.table)) {
+                field["names"] = names_at(*names, origin.from);
+            }
+            origins.push_back(std::move(field));
+        }
+        json["fields"] = std::move(origins);
+    }
+    if (!pattern.lowest.empty()) {
+        json["lowest_key"] = hex(pattern.lowest);
+        json["highest_key"] = hex(pattern.highest);
+    }
+    return json;
+}
+
+Json Report::to_json(const Finding& finding) const {
+    const Pattern& pattern = *finding.pattern;
+    Json json{{"finding", to_string(pattern.kind)}};
+    if (pattern.kind != FindingKind::unreadable) {
+        json["table"] = pattern.table;
+    }
+    if (pattern.kind == FindingKind::duplicate_programmed || pattern.kind == FindingKind::duplicate_held) {
+        json["side"] = pattern.kind == FindingKind::duplicate_programmed ? "programmed" : "held";
+    }
+    if (!finding.key.empty()) {
+        json["physical_key"] = hex(finding.key);
+    }
+    if (finding.programmed_line) {
+        json["programmed_line"] = *finding.programmed_line;
+    }
+    if (finding.held_at) {
+        const bool unreadable = pattern.kind == FindingKind::unreadable;
+        const FileCounts& file = result_.files[finding.held_file];
+        json[unreadable ? "file" : "held_file"] = file.name;
+        json[fmt::format("{}{}", unreadable ? "" : "held_", file.raw_of ? "record" : "line")] = *finding.held_at;
+    }
+    if (finding.first) {
+        json["first"] = *finding.first;
+        json["same_record"] = finding.same_record;
+    }
+    if (!finding.programmed.empty()) {
+        json["programmed"] = hex(finding.programmed);
+    }
+    if (!finding.held.empty()) {
+        json["held"] = hex(finding.held);
+    }
+    if (pattern.kind == FindingKind::different) {
+        json["differs_at"] = explain::positions('P', spans_of(finding.bits));
+        json["explained"] = finding.explained == Explained::no ? Json(nullptr) : Json(to_string(finding.explained));
+        json["fields"] = fields_json(finding);
+    }
+    if (!finding.reason.empty()) {
+        json["reason"] = finding.reason;
+    }
+    return json;
+}
+
+Json Report::summary_json() const {
+    Json summary{{"clean", result_.clean()}};
+    Json all_patterns = Json::array();
+    for (const Pattern& pattern : patterns_) {
+        all_patterns.push_back(to_json(pattern));
+    }
+    summary["patterns"] = std::move(all_patterns);
+    Json tables = Json::array();
+    for (unsigned table = 0; table < NPXLATE_TABLE_COUNT; ++table) {
+        const Counts& counts = result_.tables[table];
+        if (counts.programmed + counts.held + counts.unexpected + counts.moving != 0) {
+            Json json{{"table", table}};
+            json.update(audit::to_json(counts));
+            tables.push_back(std::move(json));
+        }
+    }
+    summary["tables"] = std::move(tables);
+    summary["all"] = audit::to_json(result_.all);
+    Json files = Json::array();
+    for (std::size_t i = 0; i < result_.files.size(); ++i) {
+        const FileCounts& file = result_.files[i];
+        files.push_back({{"name", file.name},
+                         {"side", i == 0 ? "programmed" : "held"},
+                         {"dump", i == 0 ? Json(nullptr) : Json(file.dump + 1)},
+                         {"entries", file.entries},
+                         {"unreadable", file.unreadable},
+                         {"of_other_tables", file.other},
+                         {"refused", file.refused},
+                         {"empty", file.empty}});
+    }
+    summary["files"] = std::move(files);
+    summary["sums"] = sums(result_);
+    return summary;
+}
+
 void Report::write_json(const Write& write) const {
     for (std::size_t i = 0; i < patterns_.size(); ++i) {
         for (std::size_t k = 0; k < listed_[i]; ++k) {
-            Json json = to_json(result_, finding(patterns_[i], patterns_[i].members[k]));
+            Json json = to_json(finding(patterns_[i], patterns_[i].members[k]));
             json["pattern"] = i;
             write(dump(json) + "\n");
         }
     }
-    write(dump({{"summary", summary_json(result_, patterns_)}}) + "\n");
+    write(dump({{"summary", summary_json()}}) + "\n");
 }
 
 std::string Report::page() const {
-    Json data = summary_json(result_, patterns_);
+    Json data = summary_json();
     for (std::size_t i = 0; i < patterns_.size(); ++i) {
         Json findings = Json::array();
         for (std::size_t k = 0; k < listed_[i]; ++k) {
-            findings.push_back(to_json(result_, finding(patterns_[i], patterns_[i].members[k])));
+            findings.push_back(to_json(finding(patterns_[i], patterns_[i].members[k])));
         }
         data["patterns"][i]["findings"] = std::move(findings);
     }

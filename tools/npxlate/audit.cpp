@@ -25,6 +25,7 @@
 #include "npxlate/error.h"
 #include "npxlate/input.h"
 #include "npxlate/lookup.h"
+#include "npxlate/names_option.h"
 #include "npxlate/options.h"
 #include "npxlate/output.h"
 #include "npxlate/progress.h"
@@ -45,6 +46,7 @@ struct Options {
     std::string limit;
     std::string memory;
     std::string html;
+    NamesOption names;
     ThreadsOption threads;
     TxAdjKeyMaxOption tx_adj_key_max;
     bool json = false;
@@ -292,8 +294,10 @@ bool audit_all(const Options& options) {
     settings.memory =
         options.memory.empty() ? free_memory() : number_option("--memory", options.memory, 0, 1) * mebibyte;
     options.tx_adj_key_max.apply({});
+    const std::optional<names::Names> named = options.names.read();
+    const names::Names* const names = named ? &*named : nullptr;
 
-    const audit::Input programmed = open(options.programmed, programmed_entries(tables));
+    const audit::Input programmed = open(options.programmed, programmed_entries(tables, names));
     const std::vector<std::vector<audit::Input>> dumps = open_dumps(options, raws, tables);
     Output output{"-"};
     std::optional<Output> page;
@@ -320,15 +324,15 @@ bool audit_all(const Options& options) {
 
     const auto most = [&](std::size_t otherwise) { return options.limit.empty() ? otherwise : limit; };
     if (page) {
-        page->write(audit::Report{*result, settings, most(findings_of_page), options.moving}.page());
+        page->write(audit::Report{*result, settings, most(findings_of_page), options.moving, names}.page());
         page->close();
     }
     const auto write = [&](std::string_view text) { output.write(text); };
     if (options.json) {
-        audit::Report{*result, settings, most(std::numeric_limits<std::size_t>::max()), options.moving}.write_json(
-            write);
+        audit::Report{*result, settings, most(std::numeric_limits<std::size_t>::max()), options.moving, names}
+            .write_json(write);
     } else {
-        audit::Report{*result, settings, most(findings_of_text), options.moving}.write_text(write);
+        audit::Report{*result, settings, most(findings_of_text), options.moving, names}.write_text(write);
     }
     output.close();
     return result->clean();
@@ -372,6 +376,7 @@ void add_audit(Command app) {
     command.add_flag("--moving", options->moving, "List also what differs in some of the dumps only");
     command.add_flag("--json", options->json, "JSON Lines: a finding a line, the summary last");
     command.add_option("--html", options->html, "Write a page to this file, too");
+    options->names.add_to(command);
     options->tx_adj_key_max.add_to(command);
     options->threads.add_to(command);
     command.add_option("--memory", options->memory, "How many MiB the entries may take; otherwise what is free");

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "io/entry.h"
+#include "npxlate/entry_fields.h"
 #include "npxlate/error.h"
 #include "npxlate/hex.h"
 #include "npxlate/lookup.h"
@@ -62,8 +63,14 @@ void translate_into(const Translator& translator, Bytes& logical, Bytes& physica
 // What lines of either side have in common: an object with a table, a key and a result.
 class LineReader : public audit::Reader {
 public:
-    LineReader(const Tables& tables, std::string_view key, std::string_view result)
-        : tables_{tables}, key_name_{key}, result_name_{result} {}
+    // What the records are called, and where they may be given by name, what they are called then.
+    struct Record {
+        std::string_view name;
+        std::string_view by_name{};
+    };
+
+    LineReader(const Tables& tables, const Record& key, const Record& result)
+        : tables_{tables}, key_{key}, result_{result} {}
 
     void read(std::string_view line, std::uint64_t, audit::Entry& entry) final {
         if (line.find_first_not_of(" \t\r") == std::string_view::npos) {
@@ -91,31 +98,63 @@ public:
 protected:
     virtual void take(audit::Entry& entry) = 0;
 
-    void read_key(Bytes& bytes) { read_record(key_name_, key_, bytes); }
-    void read_result(Bytes& bytes) { read_record(result_name_, result_, bytes); }
+    // What stands in the line for a record.
+    struct Value {
+        const Record& record;
+        std::string_view text{};
+        bool by_name = false;
+
+        std::string_view name() const { return by_name ? record.by_name : record.name; }
+    };
+    const Value& key() const { return key_value_; }
+    const Value& result() const { return result_value_; }
+
+    void read_record(const Value& value, Bytes& bytes) {
+        if (!io::is_string(value.text)) {
+            throw WrongInput{fmt::format("\"{}\": expected a string of hex", value.name())};
+        }
+        try {
+            parse_hex(io::text_of(value.text, storage_), bytes);
+        } catch (const WrongInput& error) {
+            throw WrongInput{fmt::format("\"{}\": {}", value.name(), error.what())};
+        }
+    }
 
 private:
+    static bool is_taken(Value& value, const io::Entry::Member& member) {
+        const bool by_name = !value.record.by_name.empty() && member.name == value.record.by_name;
+        if (!by_name && member.name != value.record.name) {
+            return false;
+        }
+        if (!value.text.empty()) {
+            throw WrongInput{by_name == value.by_name ? fmt::format("expected one \"{}\", found another", member.name)
+                                                      : fmt::format(R"(expected "{}" or "{}", found both)",
+                                                                    value.record.name, value.record.by_name)};
+        }
+        value.text = member.value;
+        value.by_name = by_name;
+        return true;
+    }
+
     void find_members(std::string_view line) {
         json_.parse(line);
-        table_ = key_ = result_ = {};
+        table_ = key_value_.text = result_value_.text = {};
         for (const io::Entry::Member& member : json_.members()) {
-            std::string_view* const wanted = member.name == "table"        ? &table_
-                                             : member.name == key_name_    ? &key_
-                                             : member.name == result_name_ ? &result_
-                                                                           : nullptr;
-            if (wanted == nullptr) {
-                continue;
+            if (member.name == "table") {
+                if (!table_.empty()) {
+                    throw WrongInput{R"(expected one "table", found another)"};
+                }
+                table_ = member.value;
+            } else if (!is_taken(key_value_, member)) {
+                is_taken(result_value_, member);
             }
-            if (!wanted->empty()) {
-                throw WrongInput{fmt::format("expected one \"{}\", found another", member.name)};
-            }
-            *wanted = member.value;
         }
-        for (const auto& [name, value] : {std::pair{std::string_view{"table"}, table_}, std::pair{key_name_, key_},
-                                          std::pair{result_name_, result_}}) {
+        for (const auto& [name, value] :
+             {std::pair{std::string_view{"table"}, table_}, std::pair{key_.name, key_value_.text},
+              std::pair{result_.name, result_value_.text}}) {
             if (value.empty()) {
                 throw WrongInput{
-                    fmt::format(R"(expected "table", "{}" and "{}", found no "{}")", key_name_, result_name_, name)};
+                    fmt::format(R"(expected "table", "{}" and "{}", found no "{}")", key_.name, result_.name, name)};
             }
         }
     }
@@ -141,52 +180,55 @@ private:
                                      NPXLATE_TABLE_COUNT - 1, printable(table_))};
     }
 
-    void read_record(std::string_view name, std::string_view value, Bytes& bytes) {
-        if (!io::is_string(value)) {
-            throw WrongInput{fmt::format("\"{}\": expected a string of hex", name)};
-        }
-        try {
-            parse_hex(io::text_of(value, storage_), bytes);
-        } catch (const WrongInput& error) {
-            throw WrongInput{fmt::format("\"{}\": {}", name, error.what())};
-        }
-    }
-
     Tables tables_;
-    std::string_view key_name_;
-    std::string_view result_name_;
+    Record key_;
+    Record result_;
     io::Entry json_;
     std::string storage_;
     std::string_view table_;
-    std::string_view key_;
-    std::string_view result_;
+    Value key_value_{key_};
+    Value result_value_{result_};
 };
 
 class ProgrammedReader final : public LineReader {
 public:
-    explicit ProgrammedReader(const Tables& tables) : LineReader{tables, "key", "result"} {}
+    ProgrammedReader(const Tables& tables, const names::Names* names)
+        : LineReader{tables, {"key", "key_fields"}, {"result", "fields"}}, names_{names} {}
 
 private:
     void take(audit::Entry& entry) override {
-        read_key(record_);
-        read_result(entry.logical);
+        read(key(), translators_.key(entry.table), entry.table, record_);
+        read(result(), translators_.result(entry.table), entry.table, entry.logical);
         translate_into(translators_.key(entry.table), record_, entry.key);
         record_ = entry.logical;  // which a translator may change
         translate_into(translators_.result(entry.table), record_, entry.result);
     }
 
+    void read(const Value& value, const Translator& translator, unsigned table, Bytes& bytes) {
+        if (!value.by_name) {
+            read_record(value, bytes);
+            return;
+        }
+        try {
+            bytes = record_of_fields(value.text, translator, table, names_);
+        } catch (const WrongInput& error) {
+            throw WrongInput{fmt::format("\"{}\": {}", value.name(), error.what())};
+        }
+    }
+
+    const names::Names* names_;
     Translators translators_;
     Bytes record_;
 };
 
 class HeldReader final : public LineReader {
 public:
-    explicit HeldReader(const Tables& tables) : LineReader{tables, "physical_key", "physical_result"} {}
+    explicit HeldReader(const Tables& tables) : LineReader{tables, {"physical_key"}, {"physical_result"}} {}
 
 private:
     void take(audit::Entry& entry) override {
-        read_key(entry.key);
-        read_result(entry.result);
+        read_record(key(), entry.key);
+        read_record(result(), entry.result);
         for (const Bytes* record : {&entry.key, &entry.result}) {
             if (record->size() > NPXLATE_MAX_PHYSICAL_LENGTH) {
                 throw WrongInput{fmt::format("expected physical records of at most {} bytes, found {}",
@@ -233,8 +275,8 @@ private:
 
 }  // namespace
 
-audit::MakeReader programmed_entries(const Tables& tables) {
-    return [tables] { return std::make_unique<ProgrammedReader>(tables); };
+audit::MakeReader programmed_entries(const Tables& tables, const names::Names* names) {
+    return [tables, names] { return std::make_unique<ProgrammedReader>(tables, names); };
 }
 
 audit::MakeReader held_entries(const Tables& tables) {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include <fmt/format.h>
-#include <nlohmann/json.hpp>
 
+#include "npxlate/entry_fields.h"
 #include "npxlate/error.h"
 #include "npxlate/hex.h"
 #include "npxlate/lookup.h"
@@ -188,26 +188,9 @@ FourthArgument EntryTranslator::argument_for(const Translator& translator) {
 // {"nexthop": "192.0.2.1", "L0.3": 1}: what is not said is 0.
 void EntryTranslator::read_fields(const Step& step, const Translator& translator) {
     try {
-        const Json json = Json::parse(member(step.from)->value);
-        if (!json.is_object()) {
-            throw WrongInput{R"(expected names and positions with their values, such as {"nexthop": "192.0.2.1"})"};
-        }
-        std::vector<names::Assignment> assignments;
-        for (const auto& [name, value] : json.items()) {
-            if (!value.is_string() && !value.is_number_integer() && !value.is_boolean()) {
-                throw WrongInput{fmt::format("{}: expected a string, a whole number, true or false", name)};
-            }
-            assignments.push_back({name, value.is_string() ? value.get<std::string>() : value.dump()});
-        }
         const std::string_view said = member(table)->value;
         const std::optional<unsigned> id = io::is_string(said) ? std::nullopt : table_id(said);
-        const names::Record* const record = options_.names == nullptr ? nullptr : options_.names->of(translator, id);
-        if (record == nullptr && !translator.in().fixed()) {
-            throw WrongInput{fmt::format("{} takes records of {}: expected names that say the size", translator.name,
-                                         describe(translator.in()))};
-        }
-        in_ = names::entry_from_fields(Bytes(record == nullptr ? translator.in().most : record->size), record,
-                                       assignments);
+        in_ = record_of_fields(member(step.from)->value, translator, id, options_.names);
     } catch (const WrongInput& error) {
         throw WrongInput{fmt::format("\"{}\": {}", names[step.from], error.what())};
     }

@@ -233,8 +233,10 @@ std::string to_text(const std::vector<Found>& all, Style style) {
                                        (names.empty() ? "" : fmt::format(" [{}]", fmt::join(names, ", "))) +
                                        (section->when.empty() ? "" : "; when " + section->when)});
         }
+        const bool goes_in = explain::in_letter(*found.translator) == 'L';
         for (const names::Field* const name : found.not_carried) {
-            text += line(columns, {"", names::positions_text(name->bits), fmt::format("not carried [{}]", name->name)});
+            text += line(columns, {"", names::positions_text(name->bits),
+                                   fmt::format("not {} [{}]", goes_in ? "carried" : "written", name->name)});
         }
     }
     return text;
