@@ -5,6 +5,7 @@ import pathlib
 import re
 import subprocess
 import sys
+import tempfile
 
 TOOL, PAGE = sys.argv[1:3]
 COMMANDS = {
@@ -13,7 +14,7 @@ COMMANDS = {
     "roundtrip": ["roundtrip 121 000203", "roundtrip 4 200801000000000000000000010203aa0405000000060700000000000000"],
     "diff": ["diff 17 --role key 0102030405060708 0102030405ff0709"],
     "decode": ["decode 4 9100000000000d230a00000142000000", "decode 4 9900000000000d230a00000142000000"],
-    "find": ["find mirroring L8"],
+    "find": ["find mirroring L8", "find L3 rx_adjacency --names {names}"],
     "tables": ["tables"],
     "registers": ["registers learn"],
 }
@@ -39,10 +40,13 @@ page = pathlib.Path(PAGE).read_text()
 sections = dict(re.findall(r"^## (\w+)\n(.*?)(?=^## |\Z)", page, re.M | re.S))
 common = page.split("## ")[0]
 wrong = []
+names = tempfile.NamedTemporaryFile("w", suffix=".toml")
+names.write('[[record]]\ntable = 4\nfields = [{ name = "spare", at = "L3" }]\n')
+names.flush()
 for command, calls in COMMANDS.items():
     printed = set()
     for call in calls:
-        run = subprocess.run([TOOL, *call.split(), *([] if "--json" in call else ["--json"])], capture_output=True, text=True)
+        run = subprocess.run([TOOL, *call.format(names=names.name).split(), *([] if "--json" in call else ["--json"])], capture_output=True, text=True)
         printed |= set(members(json.loads(run.stdout)))
     told = set(re.findall(r"`(\w+)`", common + sections[command]))
     wrong += [f"{command}: {name} is not on the page" for name in sorted(printed - told)]

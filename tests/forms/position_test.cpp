@@ -57,10 +57,8 @@ TEST(Position, IsRefusedWithWhatWouldBeRight) {
                                    "L3-4-5", "L3.x", "L12-L15", "L99999999999"}) {
         EXPECT_EQ(refusal(text), '"' + std::string{text} + '"' + any);
     }
-    EXPECT_EQ(refusal("P3", 'L'),
-              "\"P3\" is no position: expected logical bits such as L3.4, L3.4-2, L12 or L12-15");
-    EXPECT_EQ(refusal("L3", 'P'),
-              "\"L3\" is no position: expected physical bits such as P3.4, P3.4-2, P12 or P12-15");
+    EXPECT_EQ(refusal("P3", 'L'), "\"P3\" is no position: expected logical bits such as L3.4, L3.4-2, L12 or L12-15");
+    EXPECT_EQ(refusal("L3", 'P'), "\"L3\" is no position: expected physical bits such as P3.4, P3.4-2, P12 or P12-15");
     EXPECT_EQ(refusal("L168"), "\"L168\" is no position: expected bytes from 0 to 167");
     EXPECT_EQ(refusal("P90-96"), "\"P90-96\" is no position: expected bytes from 0 to 95");
     EXPECT_EQ(refusal("L15-12"), "\"L15-12\" is no position: expected L12-15, the lowest byte first");

@@ -36,10 +36,10 @@ using Alternatives = std::vector<Alternative>;  // one of them was there
 struct Candidate {
     const Form* form = nullptr;
     const Forms* of = nullptr;  // whose form it is
-    Bytes record{};      // one record that gives these bytes: free bits 0, and of alternatives one that holds
-    Bytes determined{};  // the bits that the bytes determine
-    Bytes chosen{};      // the bits that the form's condition determines
-    Bytes free{};        // the bits that may have been anything
+    Bytes record{};             // one record that gives these bytes: free bits 0, and of alternatives one that holds
+    Bytes determined{};         // the bits that the bytes determine
+    Bytes chosen{};             // the bits that the form's condition determines
+    Bytes free{};               // the bits that may have been anything
     std::vector<Alternatives> groups{};  // of the bits that are neither; each group by itself
     // Candidates of one number differ in nothing that the bytes show: what is not determined is chosen otherwise.
     std::size_t alike = 0;

@@ -30,8 +30,8 @@ struct Mark {
 };
 
 // The bytes, at most eight a row, each with its bits from 7 down to 0 and a mark under every bit. `marks` holds one
-// index into `kinds` for each bit of the record, counted from bit 0 of byte 0 upwards. Rows are left out in which all bits
-// are of the kind that says nothing, if there is one.
+// index into `kinds` for each bit of the record, counted from bit 0 of byte 0 upwards. Rows are left out in which all
+// bits are of the kind that says nothing, if there is one.
 std::string grid(char letter, std::span<const std::uint8_t> bytes, std::span<const std::size_t> marks,
                  std::span<const Mark> kinds, Style style, std::optional<std::size_t> says_nothing = {});
 
