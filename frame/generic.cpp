@@ -14,11 +14,6 @@ constexpr std::int32_t max_result_length = 64;
 constexpr std::int32_t max_reverse_length = 63;
 
 // clang-format off: one row a line.
-constexpr Layout fast_ip_result{
-    constant(P(0), result_header),
-    copied(P(1), L(0), 3),
-};
-
 constexpr Layout modulo_key{
     copied(P(0), L(2)),
     bits(P(1, 7, 4), L(0, 3, 0)),
@@ -26,7 +21,7 @@ constexpr Layout modulo_key{
 };
 
 constexpr Layout modulo_result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     bits(P(8, 5, 0), L(0, 5, 0)).repeated(8, P(1), L(1)),
 };
 // clang-format on
@@ -74,7 +69,7 @@ std::int32_t generic_fast_ip_xlate_result(const void* logical, std::int32_t logi
     }
     const LogicalSource<3> in{logical};
     PhysicalRecord<4> out;
-    place<fast_ip_result>(out, in);
+    place<short_result>(out, in);
     out.store(physical);
     // Whatever the length, four bytes are written and one more than was given is reported.
     *physical_length = static_cast<std::uint32_t>(logical_length) + 1;

@@ -22,9 +22,6 @@
 
 namespace npxlate {
 
-// No record is longer.
-constexpr std::size_t max_record_bytes = 168;
-
 // What becomes of one bit of the record written.
 struct Cell {
     enum Kind : std::uint8_t {
@@ -68,6 +65,16 @@ constexpr void label_tail(const Row<side>& row, unsigned i, Move move, Set set) 
         if (row.flag.width != 0) {
             move(row.flag.first_bit + i * row.to_step, from + flag_in_field);
         }
+    }
+}
+
+// Two rows meet: which bit it is, stands in what the compiler says. Clang shows the call with its arguments, GCC shows
+// what the subscript would be, 43 for bit 3 of byte 4.
+constexpr bool two_rows_write_the_same_bit_here_ten_times_its_byte_plus_bit[1] = {};
+constexpr void expect_free(unsigned byte, unsigned bit, bool is_free) {
+    if (!is_free) {
+        static_cast<void>(two_rows_write_the_same_bit_here_ten_times_its_byte_plus_bit[10 * byte + bit]);
+        layout_error::two_rows_write_the_same_bit();
     }
 }
 
@@ -115,16 +122,9 @@ constexpr void for_each_bit(const Row<side>& row, Write write) {
                     label_tail(row, i, move, set);
                 }
                 break;
-            case RowKind::low_bit_to_bit_20:
-                for (unsigned k = 0; k < width; ++k) {
-                    move(to + k, from + k + 1);
-                }
-                write(to + 20, Cell{Cell::moved, static_cast<std::uint16_t>(from)}, true);
-                break;
             case RowKind::any:
             case RowKind::none:
             case RowKind::mapped:
-            case RowKind::virtual_queue_index:
                 for (unsigned k = 0; k < width; ++k) {
                     write(to + k, Cell{Cell::computed}, false);
                 }
@@ -164,9 +164,7 @@ struct Layout {
                 if (combines != combined) {
                     return;
                 }
-                if (result[to].kind != Cell::untouched) {
-                    layout_error::two_rows_write_the_same_bit();
-                }
+                layout_detail::expect_free(to / 8, to % 8, result[to].kind == Cell::untouched);
                 result[to] = cell;
             });
         }

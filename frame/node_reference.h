@@ -12,7 +12,7 @@ inline constexpr std::size_t leaf_result_logical_size = 4;
 
 // The reference is the node table's key and keeps its byte order.
 inline constexpr Layout node_reference{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(1), L(0), 3).named("node reference"),
 };
 
@@ -25,7 +25,7 @@ NPXLATE_INLINE std::int32_t leaf_result(const void* logical, void* physical, std
 
 template <std::size_t physical_size>
 NPXLATE_INLINE std::int32_t leaf_result_restored(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<node_reference_restored, physical_size, leaf_result_logical_size>(physical, logical);

@@ -14,7 +14,6 @@
 #include <npxlate/npxlate.h>
 
 #include "frame/plan.h"
-#include "frame/virtual_queue_index.h"
 
 namespace npxlate {
 
@@ -73,8 +72,7 @@ NPXLATE_INLINE void place_word(Record<side, to_size>& out, const std::uint8_t* f
 // A field of up to 32 bits anywhere in the record read.
 template <Span span, std::size_t from_size>
 NPXLATE_INLINE std::uint32_t field(const std::uint8_t* from) {
-    constexpr plan::Term load =
-        plan::load_for({span.first_bit / 8U, (span.first_bit + span.width - 1U) / 8}, from_size);
+    constexpr plan::Term load = plan::load_for(span.first_bit / 8U, (span.first_bit + span.width - 1U) / 8, from_size);
     return static_cast<std::uint32_t>(load_little<load.load_bytes>(from + load.offset) >>
                                           (span.first_bit - 8 * load.offset) &
                                       ((std::uint64_t{1} << span.width) - 1));
@@ -93,6 +91,31 @@ NPXLATE_INLINE std::uint32_t any_bit(const std::uint8_t* from) {
     }
 }
 
+// Several bytes in reverse order; less than a byte as it is.
+template <unsigned width>
+NPXLATE_INLINE std::uint32_t in_big_endian(std::uint32_t value) {
+    if constexpr (width == 16) {
+        return __builtin_bswap16(static_cast<std::uint16_t>(value));
+    } else if constexpr (width > 8) {
+        return reversed_bytes(value, width / 8);
+    }
+    return value;
+}
+
+// The functions are constants here, so that the calls can be inlined.
+template <const auto& row, std::size_t from_size>
+NPXLATE_INLINE std::uint32_t mapped_value(const std::uint8_t* from) {
+    constexpr std::uint64_t mask = (std::uint64_t{1} << row.to.width) - 1;
+    const std::uint32_t first = field<row.from[0], from_size>(from);
+    if constexpr (row.function_of_two != nullptr) {
+        constexpr auto* apply = row.function_of_two->apply;
+        return in_big_endian<row.to.width>(apply(first, field<row.from[1], from_size>(from)) & mask);
+    } else {
+        constexpr auto* apply = row.function->apply;
+        return in_big_endian<row.to.width>(apply(first) & mask);
+    }
+}
+
 // The rows that are functions of whole fields. Their bits were cleared when the words were placed.
 template <const auto& layout, std::size_t index, Side side, std::size_t to_size, std::size_t from_size>
 NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_t* from) {
@@ -102,19 +125,12 @@ NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_
     } else {
         constexpr std::size_t word = row.to.first_bit / 64;
         constexpr unsigned shift = row.to.first_bit % 64;
-        if constexpr (row.kind == RowKind::virtual_queue_index) {
-            const std::uint32_t vqi =
-                queue_index.apply(field<row.from[0], from_size>(from), field<row.from[1], from_size>(from));
-            if constexpr (shift <= 48) {
-                out.write(word, 0, std::uint64_t{__builtin_bswap16(static_cast<std::uint16_t>(vqi))} << shift);
-            } else {
-                out.write(word, 0, std::uint64_t{vqi >> 8 & 0xff} << shift);
-                out.write(word + 1, 0, vqi & 0xff);
+        if constexpr (row.kind == RowKind::mapped) {
+            const std::uint64_t value = mapped_value<row, from_size>(from);
+            out.write(word, 0, value << shift);
+            if constexpr (shift + row.to.width > 64) {
+                out.write(word + 1, 0, value >> (64 - shift));
             }
-        } else if constexpr (row.kind == RowKind::mapped) {
-            constexpr std::uint32_t mask = (1U << row.to.width) - 1;
-            constexpr auto* apply = row.function->apply;  // a constant, so that the call can be inlined
-            out.write(word, 0, std::uint64_t{apply(field<row.from[0], from_size>(from)) & mask} << shift);
         } else {
             const std::uint32_t found = any_bit<row.from[0], from_size>(from) | any_bit<row.from[1], from_size>(from) |
                                         any_bit<row.from[2], from_size>(from) | any_bit<row.from[3], from_size>(from) |
@@ -148,7 +164,8 @@ NPXLATE_INLINE void place(Record<side, to_size>& out, const Source<opposite(side
 // What only code can say: a value that is no row, of a field that may have a name. Bits of the value that do not fit
 // are dropped.
 template <Side side, std::size_t size>
-NPXLATE_INLINE void put(Record<side, size>& out, Position<side> to, Number value, const char* = nullptr) {
+NPXLATE_INLINE void put(Record<side, size>& out, std::type_identity_t<BitsIn<side, size>> to, Number value,
+                        const char* = nullptr) {
     const unsigned shift = to.first_bit() % 64;
     const std::uint64_t mask = (std::uint64_t{1} << to.width()) - 1;
     out.write(to.byte / 8, mask << shift, (value & mask) << shift);
@@ -156,7 +173,8 @@ NPXLATE_INLINE void put(Record<side, size>& out, Position<side> to, Number value
 
 // A value of `count` bytes, least significant byte first.
 template <std::size_t count, Side side, std::size_t size>
-NPXLATE_INLINE void put_little(Record<side, size>& out, Position<side> to, Number value, const char* = nullptr) {
+NPXLATE_INLINE void put_little(Record<side, size>& out, std::type_identity_t<BytesIn<side, size, count>> to,
+                               Number value, const char* = nullptr) {
     const unsigned in_first_word = 8 - to.byte % 8;
     const unsigned shift = 8 * (to.byte % 8);
     constexpr std::uint64_t mask = (std::uint64_t{1} << 8 * count) - 1;
@@ -169,20 +187,22 @@ NPXLATE_INLINE void put_little(Record<side, size>& out, Position<side> to, Numbe
 
 // A value of `count` bytes, most significant byte first.
 template <std::size_t count, Side side, std::size_t size>
-NPXLATE_INLINE void put_big(Record<side, size>& out, Position<side> to, Number value, const char* = nullptr) {
+NPXLATE_INLINE void put_big(Record<side, size>& out, std::type_identity_t<BytesIn<side, size, count>> to, Number value,
+                            const char* = nullptr) {
     put_little<count>(out, to, reversed_bytes(value, count));
 }
 
 // Writes into the record that was handed in to be read, least significant byte first: a few tables ask for that, and
 // their callers know.
-template <std::size_t count, Side side>
-NPXLATE_INLINE void change_input(const void* record, Position<side> at, Number value) {
-    store_little<count>(static_cast<std::uint8_t*>(const_cast<void*>(record)) + at.byte, value);
+template <std::size_t count, Side side, std::size_t size>
+NPXLATE_INLINE void change_input(const Source<side, size>& in, std::type_identity_t<BytesIn<side, size, count>> at,
+                                 Number value) {
+    store_little<count>(const_cast<std::uint8_t*>(in.bytes()) + at.byte, value);
 }
 
 // Writes into a record that is stored already, least significant byte first: for a position known only at run time.
-template <std::size_t count, Side side>
-NPXLATE_INLINE void store_into(void* record, Position<side> at, Number value) {
+template <std::size_t count, Side side, std::size_t size>
+NPXLATE_INLINE void store_into(void* record, BytesIn<side, size, count> at, Number value) {
     store_little<count>(static_cast<std::uint8_t*>(record) + at.byte, value);
 }
 

@@ -85,17 +85,18 @@ public:
 
     // What a translator decides by or computes from; the values of two bytes and more are named after the byte order in
     // which they are read.
-    NPXLATE_INLINE Truth bit(Position<side> at) const { return bits(at) != 0; }
-    NPXLATE_INLINE Number bits(Position<side> at) const {
-        return (bytes_[at.byte] >> at.low) & ((1U << at.width()) - 1);
-    }
-    NPXLATE_INLINE Number byte(Position<side> at) const { return little<1>(at); }
-    NPXLATE_INLINE Number little16(Position<side> at) const { return little<2>(at); }
-    NPXLATE_INLINE Number little24(Position<side> at) const { return little<3>(at); }
-    NPXLATE_INLINE Number little32(Position<side> at) const { return little<4>(at); }
-    NPXLATE_INLINE Number big32(Position<side> at) const { return __builtin_bswap32(little32(at)); }
+    NPXLATE_INLINE Truth bit(BitIn<side, size> at) const { return bits_at(at) != 0; }
+    NPXLATE_INLINE Number bits(BitsIn<side, size> at) const { return bits_at(at); }
+    NPXLATE_INLINE Number byte(BytesIn<side, size, 1> at) const { return little<1>(at); }
+    NPXLATE_INLINE Number little16(BytesIn<side, size, 2> at) const { return little<2>(at); }
+    NPXLATE_INLINE Number little24(BytesIn<side, size, 3> at) const { return little<3>(at); }
+    NPXLATE_INLINE Number little32(BytesIn<side, size, 4> at) const { return little<4>(at); }
+    NPXLATE_INLINE Number big32(BytesIn<side, size, 4> at) const { return __builtin_bswap32(little<4>(at)); }
 
 private:
+    NPXLATE_INLINE Number bits_at(Position<side> at) const {
+        return (bytes_[at.byte] >> at.low) & ((1U << at.width()) - 1);
+    }
     template <std::size_t count>
     NPXLATE_INLINE Number little(Position<side> at) const {
         return static_cast<Number>(load_little<count>(bytes_ + at.byte));
@@ -119,7 +120,7 @@ public:
     Record() = default;
 
     // A record that starts as the caller had it from this byte on, cleared before it.
-    NPXLATE_INLINE static Record kept_from(Position<side> first, const void* record) {
+    NPXLATE_INLINE static Record kept_from(BytesIn<side, size, 1> first, const void* record) {
         Record result;
         load_words(result, static_cast<const std::uint8_t*>(record), 8 * first.byte,
                    std::make_index_sequence<word_count>{});
@@ -139,8 +140,8 @@ public:
     }
 
     // What has been placed so far.
-    NPXLATE_INLINE Truth bit(Position<side> at) const { return bits(at) != 0; }
-    NPXLATE_INLINE Number bits(Position<side> at) const {
+    NPXLATE_INLINE Truth bit(BitIn<side, size> at) const { return bits(at) != 0; }
+    NPXLATE_INLINE Number bits(BitsIn<side, size> at) const {
         return static_cast<Number>(word_[at.byte / 8] >> (at.first_bit() % 64)) & ((1U << at.width()) - 1);
     }
 

@@ -18,10 +18,9 @@
 //     any(P(2, 1), L(3, 6, 3), L(5))          1 if any of these bits is 1 (up to six places)
 //     none(P(11, 1), L(41))                   1 if none of them is
 //     mapped(P(3), L(4), hop_byte)            a value of up to 8 bits through a small pure function
-//     mapped(P(9), L(52), 2, function)        a little-endian value of so many bytes through a small pure function
-//     virtual_queue_index(P(6), L(4), L(8))   a 16-bit index adjusted by its range, big-endian
-//     low_bit_to_bit_20(P(5), L(12))          24 bits, least significant byte first, shifted right by one, and the
-//                                             lowest bit ORed into bit 20
+//     mapped(P(9), bytes(L(52), 2), function) a little-endian value of so many bytes through a small pure function
+//     mapped(bytes(P(6), 2), bytes(L(4), 2), L(8), function)
+//                                             two fields through one; a value of several bytes stands big-endian
 //     also(row)                               the row's bits are ORed into what other rows give
 //     row.repeated(4, P(3), L(5))             four times, 3 physical and 5 logical bytes apart
 //     row.named("source address")             what the field is called; only where that is settled
@@ -42,11 +41,9 @@ enum class RowKind : std::uint8_t {
     inverted,
     swapped,
     label,
-    low_bit_to_bit_20,
     any,
     none,
     mapped,
-    virtual_queue_index,
 };
 
 // Bits of a record, counted from bit 0 of byte 0 upwards.
@@ -57,23 +54,53 @@ struct Span {
     bool operator==(const Span&) const = default;
 };
 
-// A place from which any() and none() look, of one byte or of several.
+constexpr unsigned label_width = 20;
+
+namespace row_detail {
+
+template <Side side>
+constexpr Span span(Position<side> at, unsigned width) {
+    if (width == 0) {
+        layout_error::a_row_needs_at_least_one_bit();
+    }
+    if (width > 8 * max_record_bytes) {
+        layout_error::longer_than_any_record();
+    }
+    return {static_cast<std::uint16_t>(at.first_bit()), static_cast<std::uint16_t>(width)};
+}
+
+template <Side side>
+constexpr void expect_byte(Position<side> at) {
+    if (!at.is_byte()) {
+        layout_error::expected_a_whole_byte();
+    }
+}
+
+template <Side side>
+constexpr void expect_bit(Position<side> at) {
+    if (!at.is_bit()) {
+        layout_error::expected_a_single_bit();
+    }
+}
+
+}  // namespace row_detail
+
+// A place that any(), none() and mapped() look at, of one byte or of several.
 template <Side side>
 struct Place : Span {
     constexpr Place() = default;
     constexpr Place(Position<side> at)  // NOLINT(google-explicit-constructor): any(P(2, 0), L(3), L(4, 7))
-        : Span{static_cast<std::uint16_t>(at.first_bit()), static_cast<std::uint16_t>(at.width())} {}
-    constexpr Place(Position<side> at, unsigned byte_count)
-        : Span{static_cast<std::uint16_t>(at.first_bit()), static_cast<std::uint16_t>(8 * byte_count)} {}
+        : Span{row_detail::span(at, at.width())} {}
+    constexpr Place(Position<side> at, unsigned byte_count) : Span{row_detail::span(at, 8 * byte_count)} {
+        row_detail::expect_byte(at);
+    }
 };
 
-// bytes(L(53), 3) in any() and none().
+// bytes(L(53), 3) in any(), none() and mapped().
 template <Side side>
 constexpr Place<side> bytes(Position<side> at, unsigned count) {
-    return Place<side>{at, count};
+    return {at, count};
 }
-
-constexpr unsigned label_width = 20;
 
 template <Side to_side>
 struct Row {
@@ -84,10 +111,11 @@ struct Row {
     bool combines = false;        // ORed into what other rows give
     bool has_label_tail = false;  // label fields: the three zero bits and the flag
     Span to{};
-    Span from[6] = {};        // any and none have up to six; the range of a queue index is the second
-    Span flag{};              // label fields: where the flag stands in the logical record
-    std::uint32_t value = 0;  // constants; a label field's flag when it is not a bit
-    const Function* function = nullptr;
+    Span from[6] = {};                               // any and none look at up to six, mapped at one or two
+    Span flag{};                                     // label fields: where the flag stands in the logical record
+    std::uint32_t value = 0;                         // constants; a label field's flag when it is not a bit
+    const Function* function = nullptr;              // mapped, of one field
+    const FunctionOfTwo* function_of_two = nullptr;  // or of two
     std::uint16_t count = 1;
     std::uint16_t to_step = 0;  // in bits
     std::uint16_t from_step = 0;
@@ -95,8 +123,7 @@ struct Row {
 
     // Rows whose result depends on all bits of their fields, not bit by bit.
     constexpr bool reads_whole_fields() const {
-        return kind == RowKind::any || kind == RowKind::none || kind == RowKind::mapped ||
-               kind == RowKind::virtual_queue_index;
+        return kind == RowKind::any || kind == RowKind::none || kind == RowKind::mapped;
     }
 
     // The row that takes the field back; a row that does nothing where there is no way back.
@@ -127,6 +154,12 @@ struct Row {
             kind != RowKind::swapped && kind != RowKind::label) {
             layout_error::such_a_row_cannot_be_repeated();
         }
+        if (times == 0) {
+            layout_error::a_row_is_there_at_least_once();
+        }
+        if (times > max_record_bytes) {
+            layout_error::longer_than_any_record();
+        }
         Row row = *this;
         row.count = static_cast<std::uint16_t>(times);
         row.to_step = static_cast<std::uint16_t>(8 * to_bytes.byte);
@@ -138,31 +171,9 @@ struct Row {
 namespace row_detail {
 
 template <Side side>
-constexpr Span span(Position<side> at, unsigned width) {
-    return {static_cast<std::uint16_t>(at.first_bit()), static_cast<std::uint16_t>(width)};
-}
-
-template <Side side>
-constexpr void expect_byte(Position<side> at) {
-    if (!at.is_byte()) {
-        layout_error::expected_a_whole_byte();
-    }
-}
-
-template <Side side>
-constexpr void expect_bit(Position<side> at) {
-    if (!at.is_bit()) {
-        layout_error::expected_a_single_bit();
-    }
-}
-
-template <Side side>
 constexpr Row<side> bytes_row(RowKind kind, Position<side> to, Position<opposite(side)> from, unsigned count) {
     expect_byte(to);
     expect_byte(from);
-    if (count == 0) {
-        layout_error::a_row_needs_at_least_one_byte();
-    }
     return {.kind = kind, .to = span(to, 8 * count), .from = {span(from, 8 * count)}};
 }
 
@@ -272,12 +283,6 @@ constexpr Row<Side::logical> label(L to, P from, L flag) {
     return row;
 }
 
-constexpr Row<Side::physical> low_bit_to_bit_20(P to, L from) {
-    row_detail::expect_byte(to);
-    row_detail::expect_byte(from);
-    return {.kind = RowKind::low_bit_to_bit_20, .to = row_detail::span(to, 24), .from = {row_detail::span(from, 25)}};
-}
-
 template <Side side, typename... Places>
 constexpr Row<side> any(Position<side> to, Places... places) {
     return row_detail::looking_row(RowKind::any, to, places...);
@@ -288,35 +293,36 @@ constexpr Row<side> none(Position<side> to, Places... places) {
     return row_detail::looking_row(RowKind::none, to, places...);
 }
 
-template <Side side>
-constexpr Row<side> mapped(Position<side> to, Position<opposite(side)> from, const Function& function) {
-    return {.kind = RowKind::mapped,
-            .to = row_detail::span(to, to.width()),
-            .from = {row_detail::span(from, from.width())},
-            .function = &function};
-}
+namespace row_detail {
 
 template <Side side>
-constexpr Row<side> mapped(Position<side> to, Position<opposite(side)> from, unsigned from_bytes,
-                           const Function& function) {
-    row_detail::expect_byte(from);
-    Row<side> row = mapped(to, from, function);
-    row.from[0] = row_detail::span(from, 8 * from_bytes);
+constexpr Row<side> mapped_row(Span to, Place<opposite(side)> first, Place<opposite(side)> second) {
+    if (to.width > 32 || first.width > 32 || second.width > 32) {
+        layout_error::a_function_takes_and_gives_up_to_32_bits();
+    }
+    return {.kind = RowKind::mapped, .to = to, .from = {first, second}};
+}
+
+}  // namespace row_detail
+
+template <Side side>
+constexpr Row<side> mapped(Position<side> to, Place<opposite(side)> from, const Function& function) {
+    Row<side> row = row_detail::mapped_row<side>(Place<side>{to}, from, {});
+    row.function = &function;
     return row;
 }
 
-constexpr Row<Side::physical> virtual_queue_index(P to, L index, L range) {
-    row_detail::expect_byte(to);
-    row_detail::expect_byte(index);
-    row_detail::expect_byte(range);
-    return {.kind = RowKind::virtual_queue_index,
-            .to = row_detail::span(to, 16),
-            .from = {row_detail::span(index, 16), row_detail::span(range, 8)}};
+template <Side side>
+constexpr Row<side> mapped(Place<side> to, Place<opposite(side)> first, Place<opposite(side)> second,
+                           const FunctionOfTwo& function) {
+    Row<side> row = row_detail::mapped_row<side>(to, first, second);
+    row.function_of_two = &function;
+    return row;
 }
 
 template <Side side>
 constexpr Row<side> also(Row<side> row) {
-    if (row.reads_whole_fields() || row.kind == RowKind::label || row.kind == RowKind::low_bit_to_bit_20) {
+    if (row.reads_whole_fields() || row.kind == RowKind::label) {
         layout_error::also_takes_rows_that_move_bits();
     }
     row.combines = true;

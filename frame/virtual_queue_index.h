@@ -1,7 +1,7 @@
-// The adjustment of a virtual queue index by its range.
+// Virtual queue indices: 16 bits, adjusted by their range.
 #pragma once
 
-#include "frame/number.h"
+#include "frame/row.h"
 
 namespace npxlate {
 
@@ -19,5 +19,10 @@ inline constexpr FunctionOfTwo queue_index{
         return index;
     },
 };
+
+// A row: the index adjusted by its range, big-endian.
+constexpr Row<Side::physical> virtual_queue_index(P to, L index, L range) {
+    return mapped(bytes(to, 2), bytes(index, 2), range, queue_index);
+}
 
 }  // namespace npxlate

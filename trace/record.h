@@ -20,16 +20,16 @@ public:
 
     const void* record() const { return record_; }
 
-    Truth bit(Position<side> at) const {
+    Truth bit(BitIn<side, size> at) const {
         const std::string name = trace::position(trace::Recorder::current().letter(record_), at.first_bit(), 1);
         return {trace::Recorder::current().read(record_, at.first_bit()), name + " set", name + " clear"};
     }
-    Number bits(Position<side> at) const { return number(at, at.width()); }
-    Number byte(Position<side> at) const { return number(at, 8); }
-    Number little16(Position<side> at) const { return number(at, 16); }
-    Number little24(Position<side> at) const { return number(at, 24); }
-    Number little32(Position<side> at) const { return number(at, 32); }
-    Number big32(Position<side> at) const { return reversed_bytes(little32(at), 4); }
+    Number bits(BitsIn<side, size> at) const { return number(at, at.width()); }
+    Number byte(BytesIn<side, size, 1> at) const { return number(at, 8); }
+    Number little16(BytesIn<side, size, 2> at) const { return number(at, 16); }
+    Number little24(BytesIn<side, size, 3> at) const { return number(at, 24); }
+    Number little32(BytesIn<side, size, 4> at) const { return number(at, 32); }
+    Number big32(BytesIn<side, size, 4> at) const { return reversed_bytes(number(at, 32), 4); }
 
 private:
     Number number(Position<side> at, unsigned width) const {
@@ -57,7 +57,7 @@ public:
         content_.writers.resize(8 * size);
     }
 
-    static Record kept_from(Position<side> first, const void* record) {
+    static Record kept_from(BytesIn<side, size, 1> first, const void* record) {
         Record result;
         for (std::size_t bit = 8UL * first.byte; bit < 8 * size; ++bit) {
             result.content_.bits[bit] = trace::Recorder::current().read(record, bit);
@@ -72,11 +72,11 @@ public:
         }
     }
 
-    Truth bit(Position<side> at) const {
+    Truth bit(BitIn<side, size> at) const {
         const std::string name = trace::position(letter, at.first_bit(), 1);
         return {content_.bits.at(at.first_bit()), name + " set", name + " clear"};
     }
-    Number bits(Position<side> at) const {
+    Number bits(BitsIn<side, size> at) const {
         const auto first = content_.bits.begin() + at.first_bit();
         return {{first, first + at.width()}, trace::position(letter, at.first_bit(), at.width())};
     }
@@ -112,27 +112,31 @@ void store(const void* record, unsigned first_bit, unsigned width, const Number&
 }  // namespace trace
 
 template <Side side, std::size_t size>
-void put(Record<side, size>& out, Position<side> to, const Number& value, const char* name = nullptr) {
+void put(Record<side, size>& out, std::type_identity_t<BitsIn<side, size>> to, const Number& value,
+         const char* name = nullptr) {
     trace::put(out.content(), to.first_bit(), to.width(), value, name);
 }
 
 template <std::size_t count, Side side, std::size_t size>
-void put_little(Record<side, size>& out, Position<side> to, const Number& value, const char* name = nullptr) {
+void put_little(Record<side, size>& out, std::type_identity_t<BytesIn<side, size, count>> to, const Number& value,
+                const char* name = nullptr) {
     trace::put(out.content(), to.first_bit(), 8 * count, value, name);
 }
 
 template <std::size_t count, Side side, std::size_t size>
-void put_big(Record<side, size>& out, Position<side> to, const Number& value, const char* name = nullptr) {
+void put_big(Record<side, size>& out, std::type_identity_t<BytesIn<side, size, count>> to, const Number& value,
+             const char* name = nullptr) {
     trace::put(out.content(), to.first_bit(), 8 * count, reversed_bytes(value, count), name);
 }
 
-template <std::size_t count, Side side>
-void change_input(const void* record, Position<side> at, const Number& value) {
-    trace::change(record, at.first_bit(), 8 * count, value);
+template <std::size_t count, Side side, std::size_t size>
+void change_input(const Source<side, size>& in, std::type_identity_t<BytesIn<side, size, count>> at,
+                  const Number& value) {
+    trace::change(in.record(), at.first_bit(), 8 * count, value);
 }
 
-template <std::size_t count, Side side>
-void store_into(void* record, Position<side> at, const Number& value) {
+template <std::size_t count, Side side, std::size_t size>
+void store_into(void* record, BytesIn<side, size, count> at, const Number& value) {
     trace::store(record, at.first_bit(), 8 * count, value);
 }
 

@@ -4,8 +4,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "frame/virtual_queue_index.h"
-
 namespace npxlate::trace {
 namespace {
 
@@ -32,14 +30,18 @@ Number field(const Span& span, const Read& read, char letter) {
     return {std::move(bits), position(letter, span.first_bit, span.width)};
 }
 
+Number mapped_value(const RowView& row, const Read& read, char letter) {
+    const Number first = field(row.from[0], read, letter);
+    const Number value = row.function != nullptr ? apply(*row.function, first)
+                                                 : apply(*row.function_of_two, first, field(row.from[1], read, letter));
+    return row.to.width > 8 ? reversed_bytes(value, row.to.width / 8) : value;
+}
+
 // The value of a row that is a function of whole fields.
 Number value_of(const RowView& row, const Read& read, char letter) {
     switch (row.kind) {
         case RowKind::mapped:
-            return apply(*row.function, field(row.from[0], read, letter));
-        case RowKind::virtual_queue_index:
-            return reversed_bytes(
-                apply(queue_index, field(row.from[0], read, letter), field(row.from[1], read, letter)), 2);
+            return mapped_value(row, read, letter);
         default:
             break;
     }
@@ -53,8 +55,7 @@ Number value_of(const RowView& row, const Read& read, char letter) {
 }
 
 bool reads_whole_fields(RowKind kind) {
-    return kind == RowKind::any || kind == RowKind::none || kind == RowKind::mapped ||
-           kind == RowKind::virtual_queue_index;
+    return kind == RowKind::any || kind == RowKind::none || kind == RowKind::mapped;
 }
 
 }  // namespace
@@ -72,6 +73,7 @@ LayoutView view_of(const char* title, const Row<side>* rows, std::size_t count) 
                              row.flag,
                              row.value,
                              row.function,
+                             row.function_of_two,
                              row.count,
                              row.to_step,
                              row.from_step,

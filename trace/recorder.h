@@ -31,7 +31,8 @@ struct RowView {
     std::vector<Span> from;
     Span flag;
     std::uint32_t value;
-    const Function* function;  // null unless the row is a function of a field
+    const Function* function;              // null unless the row is a function of a field
+    const FunctionOfTwo* function_of_two;  // or of two
     unsigned count;
     unsigned to_step;
     unsigned from_step;

@@ -7,7 +7,7 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     any(P(1, 7), L(0, 2, 0)),  // with the next row: P1.4, L0.0 or L0.2
     also(inverted(P(1, 7), L(0, 3))),
     bit(P(1, 6), L(0, 2)),

@@ -13,7 +13,7 @@ constexpr Layout common{
     constant(P(0, 7), 1),
     bit(P(0, 6), L(1, 5)),
     bit(P(0, 5), L(0, 4)),
-    constant(P(0, 4, 0), 0x11),  // with P0.7 this table's header 0x91
+    header_byte(P(0, 4, 0)),  // with P0.7 this table's header 0x91
     bit(P(1, 0), L(1, 0)),
     bit(P(1, 1), L(1, 1)),
     bit(P(1, 2), L(1, 2)),
@@ -65,7 +65,8 @@ constexpr Layout variant_d{
     bit(P(0, 5), L(1, 3)),
     bit(P(3, 6), L(1, 3)),
     bit(P(3, 4), L(2, 3)),
-    low_bit_to_bit_20(P(5), L(12)),
+    run(P(5, 0), L(12, 1), 24),
+    also(bit(P(7, 4), L(12, 0))),
     copied(P(12), L(16), 4),
 };
 

@@ -8,7 +8,7 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     bit(P(1, 4), L(0, 0)),
     copied(P(4), L(1), 2).repeated(8, P(2), L(4)).named("interface"),
 };

@@ -11,7 +11,7 @@ constexpr std::size_t physical_size = 32;
 
 constexpr Layout common{
     bit(P(0, 6), L(0, 6)),
-    constant(P(0, 5, 0), 0x31),  // this table's header, with P0.7 and P0.6 as fields
+    header_byte(P(0, 5, 0), 0x31),  // this table's header, with P0.7 and P0.6 as fields
     bit(P(1, 3), L(0, 0)),
     bit(P(1, 2), L(0, 1)),
     bit(P(1, 1), L(0, 2)),

@@ -12,7 +12,7 @@ constexpr std::size_t physical_size = 32;
 // L35 is dropped on purpose: its reversed place is the header byte.
 constexpr Layout address_pair{
     "mode X, address pair",
-    constant(P(0), result_header),
+    header_byte(P(0)),
     swapped(P(1), L(20), 15).named("address"),
     swapped(P(16), L(36), 16).named("address"),
 };
@@ -20,7 +20,7 @@ constexpr Layout address_pair{
 constexpr Layout common{
     bit(P(0, 6), L(0, 5)),
     bit(P(0, 5), L(0, 6)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(0, 0)),
     bit(P(1, 6), L(2, 1)),
     inverted(P(1, 5), L(0, 4)),

@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(3), L(0), 4),
 };
 

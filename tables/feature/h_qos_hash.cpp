@@ -27,7 +27,7 @@ constexpr Layout key{
 constexpr Layout common{
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bits(P(3, 7, 1), L(26, 7, 1)),
     run(P(8, 0), L(1, 0), 20),
     run(P(10, 4), L(25, 0), 8),

@@ -9,7 +9,7 @@ namespace {
 constexpr std::int32_t physical_size = 8;
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(1), L(0), 2),
 };
 
@@ -28,7 +28,7 @@ std::int32_t icu_src_port_st_xlate_result(const void* logical, std::int32_t, voi
 }
 
 std::int32_t icu_src_port_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != physical_size) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, 2>(physical, logical);

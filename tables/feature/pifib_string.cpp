@@ -12,7 +12,7 @@ constexpr std::size_t size = 32;
 constexpr Layout result{
     bit(P(0, 7), L(0, 7)),
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     copied(P(1), L(1), 21),
     copied(P(25), L(25), 7),
 };

@@ -18,7 +18,7 @@ constexpr Layout common{
     bit(P(0, 7), L(0, 0)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(0, 3)),
     bit(P(1, 6), L(0, 4)),
     bit(P(1, 1), L(0, 5)),

@@ -13,7 +13,7 @@ constexpr Layout result{
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 6), L(0, 5)),
     bit(P(0, 5), L(0, 0)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(1, 4)),
     bit(P(1, 6), L(1, 5)),
     bit(P(1, 5), L(1, 6)),
@@ -97,35 +97,46 @@ NPXLATE_INLINE Number marking(Number code, Number shifted_value) {
     return choose(code == no_value, 0, present | (shifted_value & 0x3f));
 }
 
-NPXLATE_INLINE void put_markings(PhysicalRecord<physical_size>& out, const LogicalSource<logical_size>& in,
-                                 const Group& group) {
-    const auto high_code = [&](L pair) { return in.byte(pair) >> 4; };
-    const auto low_code = [&](L pair) { return in.byte(pair) & 15; };
-    const L pair_1 = group.pairs;
-    const P values = group.mask.after(2);
+template <L pair>
+NPXLATE_INLINE Number high_code(const LogicalSource<logical_size>& in) {
+    return in.byte(pair) >> 4;
+}
+template <L pair>
+NPXLATE_INLINE Number low_code(const LogicalSource<logical_size>& in) {
+    return in.byte(pair) & 15;
+}
+
+// Pair 2 or 3, each value shifted as its place in pair 1 says.
+template <L pair, P values>
+NPXLATE_INLINE void put_pair(PhysicalRecord<physical_size>& out, const LogicalSource<logical_size>& in,
+                             const Number& high_shift, const Number& low_shift, const char* words) {
+    put(out, values, described(marking(high_code<pair>(in), in.byte(pair.after(1)) >> high_shift), words));
+    put(out, values.after(1), described(marking(low_code<pair>(in), in.byte(pair.after(2)) >> low_shift), words));
+}
+
+template <const Group& group>
+NPXLATE_INLINE void put_markings(PhysicalRecord<physical_size>& out, const LogicalSource<logical_size>& in) {
+    constexpr L pair_1 = group.pairs;
+    constexpr P values = group.mask.after(2);
 
     // Only the codes of pair 1 enter the mask, and their shifts serve all three pairs.
-    const Number high_mask = entry_of(kinds, high_code(pair_1), &Kind::mask);
-    const Number high_shift = entry_of(kinds, high_code(pair_1), &Kind::shift);
-    const Number low_mask = entry_of(kinds, low_code(pair_1), &Kind::mask);
-    const Number low_shift = entry_of(kinds, low_code(pair_1), &Kind::shift);
+    const Number high_mask = entry_of(kinds, high_code<pair_1>(in), &Kind::mask);
+    const Number high_shift = entry_of(kinds, high_code<pair_1>(in), &Kind::shift);
+    const Number low_mask = entry_of(kinds, low_code<pair_1>(in), &Kind::mask);
+    const Number low_shift = entry_of(kinds, low_code<pair_1>(in), &Kind::shift);
     const Number added = low_mask & ~high_mask;
     put_little<2>(out, group.mask, described(high_mask | added, group.mask_words));
 
     const Number high = in.byte(pair_1.after(1)) >> high_shift;
     const Number low = in.byte(pair_1.after(2)) >> low_shift;
     const Truth low_first = high_mask < added;
-    put(out, values, described(marking(high_code(pair_1), choose(low_first, low, high)), group.pair_1_words));
-    put(out, values.after(1), described(marking(low_code(pair_1), choose(low_first, high, low)), group.pair_1_words));
+    put(out, values,
+        described(marking(high_code<pair_1>(in), choose(low_first, low, high)), group.pair_1_words));
+    put(out, values.after(1),
+        described(marking(low_code<pair_1>(in), choose(low_first, high, low)), group.pair_1_words));
 
-    for (unsigned i = 1; i < 3; ++i) {
-        const L pair = pair_1.after(3 * i);
-        const P value = values.after(2 * i);
-        put(out, value,
-            described(marking(high_code(pair), in.byte(pair.after(1)) >> high_shift), group.pairs_2_and_3_words));
-        put(out, value.after(1),
-            described(marking(low_code(pair), in.byte(pair.after(2)) >> low_shift), group.pairs_2_and_3_words));
-    }
+    put_pair<pair_1.after(3), values.after(2)>(out, in, high_shift, low_shift, group.pairs_2_and_3_words);
+    put_pair<pair_1.after(6), values.after(4)>(out, in, high_shift, low_shift, group.pairs_2_and_3_words);
 }
 
 }  // namespace
@@ -134,7 +145,7 @@ std::int32_t qos_str_xlate_result(const void* logical, std::int32_t, void* physi
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
     place<result>(out, in);
-    put_markings(out, in, group_1);
-    put_markings(out, in, group_2);
+    put_markings<group_1>(out, in);
+    put_markings<group_2>(out, in);
     return finish(out, physical, physical_length);
 }

@@ -11,7 +11,7 @@ constexpr std::size_t logical_size = 20;
 constexpr std::size_t physical_size = 32;
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     constant(P(1, 7), 1),
     copied(P(2), L(12), 2),
     copied(P(4), L(10), 2),

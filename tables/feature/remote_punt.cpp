@@ -7,7 +7,7 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(1), L(0), 2),
     bit(P(3, 0), L(4, 7)),
     copied(P(4), L(2), 2),

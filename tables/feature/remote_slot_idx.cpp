@@ -18,7 +18,7 @@ constexpr Layout restored{
 }  // namespace
 
 std::int32_t remote_slot_idx_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != physical_size) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, 5>(physical, logical);

@@ -20,7 +20,7 @@ constexpr Layout key{
 constexpr Layout result{
     bit(P(0, 7), L(0, 7)),
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 6), L(1, 6)),
     bit(P(1, 4), L(1, 4)),
     copied(P(2), L(2)),

@@ -9,7 +9,7 @@ namespace {
 
 constexpr Layout result{
     bits(P(0, 7, 5), L(0, 7, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     copied(P(1), L(1), 31),
 };
 

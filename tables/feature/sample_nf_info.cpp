@@ -18,7 +18,7 @@ constexpr Layout key{
 
 constexpr Layout common{
     bit(P(0, 7), L(8, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(8, 6)),
     bit(P(1, 6), L(8, 7)),
     bit(P(1, 5), L(8, 4)),
@@ -76,7 +76,7 @@ std::int32_t sample_nf_info_st_xlate_result(const void* logical, std::int32_t, v
 }
 
 std::int32_t sample_nf_info_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != physical_size) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, logical_size>(physical, logical);

@@ -13,13 +13,13 @@ constexpr Layout key_key{
 };
 
 constexpr Layout key_result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(1), L(0), 3),
 };
 
 constexpr Layout leaf_result{
     bits(P(0, 7, 5), L(0, 7, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bits(P(1, 7, 4), L(1, 7, 4)),
     bit(P(1, 3), L(1, 2)),
     bit(P(1, 2), L(1, 3)),

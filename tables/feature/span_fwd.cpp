@@ -19,7 +19,7 @@ constexpr Layout key{
 constexpr Layout common{
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 0)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(4, 2)),
     copied(P(3), L(20)),
     copied(P(4), L(0), 4),
@@ -59,7 +59,7 @@ std::int32_t span_fwd_st_xlate_result(const void* logical, std::int32_t, void* p
         place<address>(out, in);
     }
     if (in.little16(L(18)) > highest_l18) {
-        change_input<2>(logical, L(18), highest_l18);
+        change_input<2>(in, L(18), highest_l18);
         place<above_limit>(out, in);
     } else {
         place<within_limit>(out, in);

@@ -14,7 +14,7 @@ constexpr Layout flow{
     constant(P(0, 7), 1),
     bit(P(0, 6), L(0, 6)),
     bit(P(0, 5), L(0, 7)),
-    constant(P(0, 4, 0), 0x11),  // with P0.7 this table's header 0x91
+    header_byte(P(0, 4, 0)),  // with P0.7 this table's header 0x91
     bit(P(1, 5), L(0, 5)),
     copied(P(4), L(3), 2),
     copied(P(6), L(5), 2),
@@ -42,7 +42,7 @@ constexpr Layout interface_key{
 };
 
 constexpr Layout interface_result{
-    constant(P(0), 0x31),  // this table's header
+    header_byte(P(0), 0x31),  // this table's header
     copied(P(3), L(0)),
     copied(P(4), L(7), 3),
     copied(P(7), L(15)),
@@ -55,7 +55,7 @@ constexpr Layout payload_type_key{
 };
 
 constexpr Layout payload_type_result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(4), L(0), 4),
 };
 

@@ -24,7 +24,7 @@ constexpr Layout common{
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 6), L(2, 0)),
     bit(P(0, 5), L(0, 2)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(2, 6)),
     bit(P(1, 6), L(0, 5)),
     bit(P(1, 5), L(3, 1)),

@@ -12,7 +12,7 @@ constexpr std::size_t physical_size = 16;
 
 constexpr Layout common{
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(1, 3)),
     bit(P(1, 6), L(1, 4)),
     bit(P(1, 4), L(1, 0)),

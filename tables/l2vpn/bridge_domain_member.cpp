@@ -23,7 +23,7 @@ constexpr Layout key{
 constexpr Layout common{
     bit(P(0, 6), L(0, 3)),
     bit(P(0, 5), L(1, 1)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(0, 1)),
     bit(P(1, 4), L(0, 0)),
     bit(P(1, 0), L(1, 2)),

@@ -28,7 +28,7 @@ constexpr Function selector_of_bits{
 
 constexpr Layout flags{
     bit(P(0, 5), L(0, 6)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 2), L(4, 4)),
     bit(P(1, 3), L(3, 3)),
     bit(P(1, 4), L(0, 2)),
@@ -167,7 +167,7 @@ constexpr Layout tail_l1_5_set{
 
 constexpr Layout tail_l1_5_clear{
     copied(P(16), L(40), 4),
-    mapped(P(20, 7), L(12), 4, three_or_four),
+    mapped(P(20, 7), bytes(L(12), 4), three_or_four),
 };
 
 constexpr Layout tail{

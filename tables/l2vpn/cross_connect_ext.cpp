@@ -11,7 +11,7 @@ constexpr std::size_t physical_size = 8;
 
 // Three values in three byte orders, as the network processor reads them.
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     bits(P(1, 3, 0), L(86, 3, 0)),
     run(P(1, 4), L(80, 0), 20),
     swapped(P(4), L(84), 2),
@@ -36,6 +36,6 @@ std::int32_t xid_ext_type_logical_xlate_result(const void* physical, std::int32_
     const PhysicalSource<physical_size> in{physical};
     LogicalRecord<logical_size> out;
     place<restored>(out, in);
-    change_input<2>(physical, P(4), reversed_bytes(in.little16(P(4)), 2));
+    change_input<2>(in, P(4), reversed_bytes(in.little16(P(4)), 2));
     return finish(out, logical);
 }

@@ -29,7 +29,7 @@ constexpr Layout msti_result{
     bit(P(0, 7), L(4, 0)),
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     copied(P(1), L(8)),
 };
 
@@ -44,7 +44,7 @@ constexpr Layout esi_key{
 
 constexpr Layout esi_result{
     "Ethernet segment",
-    constant(P(0), result_header),
+    header_byte(P(0)),
     constant(P(1), 0),
     copied(P(2), L(4), 4),
 };

@@ -19,7 +19,7 @@ constexpr Layout key{
 constexpr Layout result{
     bit(P(0, 7), L(0, 1)),
     bit(P(0, 5), L(0, 0)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     cleared(P(1), 2),
     copied(P(3), L(4), 2),
     constant(P(5), 0),

@@ -24,7 +24,7 @@ constexpr Layout backbone_mac_key{
 
 constexpr Layout backbone_mac_result{
     "PBB-EVPN",
-    constant(P(0), result_header),
+    header_byte(P(0)),
     constant(P(1), 0),
     copied(P(2), L(4), 6).named("backbone MAC address"),
 };
@@ -39,7 +39,7 @@ constexpr Layout peer_key{
 
 constexpr Layout peer_result{
     "peer",
-    constant(P(0), 0x91),  // this form's header; P0.7 tells it from the other
+    header_byte(P(0), 0x91),  // this form's header; P0.7 tells it from the other
     copied(P(4), L(1), 3),
 };
 

@@ -20,7 +20,7 @@ constexpr Layout result{
     bit(P(0, 7), L(0, 0)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(0, 6)),
     constant(P(1, 6, 1), 0),
     bit(P(1, 0), L(0, 7)),

@@ -23,7 +23,7 @@ constexpr Function l0_1_or_l0_0_without_l0_2{
 
 constexpr Layout common{
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     constant(P(1, 7), 0),
     bit(P(1, 6), L(0, 3)),
     bit(P(1, 5), L(0, 6)),

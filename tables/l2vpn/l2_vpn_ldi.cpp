@@ -16,7 +16,7 @@ constexpr Function one_path{
 };
 
 constexpr Layout common{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     bit(P(1, 1), L(0, 4)),
     inverted(P(1, 0), L(0, 4)),
     bit(P(2, 3), L(0, 2)),

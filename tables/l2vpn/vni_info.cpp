@@ -33,7 +33,7 @@ constexpr Layout result{
     bit(P(0, 7), L(0, 2)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 3)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     copied(P(1), L(4), 3),
     copied(P(4), L(8), 4),
     copied(P(8), L(12), 2),
@@ -75,7 +75,7 @@ std::int32_t vni_info_st_xlate_key(const void* logical, std::int32_t, void* phys
     PhysicalRecord<key_physical_size> out;
     if (in.byte(L(0)) == 0) {
         place<key_of_kind_0>(out, in);
-        change_input<4>(logical, L(4), in.little32(L(4)) << 8);
+        change_input<4>(in, L(4), in.little32(L(4)) << 8);
     } else {
         place<key_of_other_kinds>(out, in);
     }

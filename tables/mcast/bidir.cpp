@@ -19,7 +19,7 @@ constexpr Layout key{
 };
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(4), L(0), 16),
 };
 
@@ -36,7 +36,7 @@ std::int32_t ipmc_bidir_res_xlate(const void* logical, std::int32_t, void* physi
 }
 
 std::int32_t ipmc_bidir_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, restored_size>(physical, logical);

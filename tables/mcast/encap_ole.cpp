@@ -18,7 +18,7 @@ constexpr Layout key{
 };
 
 constexpr Layout common{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     bit(P(1, 4), L(4, 0)),
 };
 
@@ -128,7 +128,7 @@ std::int32_t encap_ole_res_xlate(const void* logical, std::int32_t, void* physic
 }
 
 std::int32_t encap_ole_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     const PhysicalSource<physical_size> in{physical};

@@ -17,7 +17,7 @@ constexpr Layout key{
 };
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
 };
 
 }  // namespace

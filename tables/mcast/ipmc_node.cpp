@@ -93,7 +93,7 @@ std::int32_t ipmc_node_res_xlate(const void* logical, std::int32_t, void* physic
 }
 
 std::int32_t ipmc_node_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     const PhysicalSource<physical_size> in{physical};

@@ -19,7 +19,7 @@ constexpr Layout key{
 };
 
 constexpr Layout common{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     bit(P(2, 3), L(4, 4)),
     bit(P(2, 1), L(4, 0)),
     bit(P(2, 0), L(4, 1)),
@@ -135,7 +135,7 @@ std::int32_t ipmc_ole_res_xlate(const void* logical, std::int32_t, void* physica
 }
 
 std::int32_t ipmc_ole_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     const PhysicalSource<physical_size> in{physical};

@@ -33,7 +33,7 @@ std::int32_t l2mc_mmrp_leaf_res_xlate(const void* logical, std::int32_t, void* p
 }
 
 std::int32_t l2mc_mmrp_leaf_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, leaf_result_logical_size>(physical, logical);

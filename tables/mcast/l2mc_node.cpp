@@ -11,7 +11,7 @@ constexpr std::size_t physical_size = 32;
 
 constexpr Layout result{
     bit(P(0, 7), L(16, 0)),
-    constant(P(0, 6, 0), result_header),
+    header_byte(P(0, 6, 0)),
     bit(P(1, 7), L(21, 0)),
     bit(P(1, 6), L(16, 1)),
     any(P(1, 5), bytes(L(28), 2)),
@@ -43,7 +43,7 @@ std::int32_t l2mc_ipv4_node_res_xlate(const void* logical, std::int32_t, void* p
 }
 
 std::int32_t l2mc_ipv4_node_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, logical_size>(physical, logical);

@@ -23,7 +23,7 @@ constexpr Layout common{
     bit(P(0, 7), L(0, 1)),
     bit(P(0, 6), L(0, 2)),
     bit(P(0, 5), L(0, 0)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(5, 0)),
     any(P(2, 2), L(4)),
     copied(P(4), L(20), 3),
@@ -87,7 +87,7 @@ std::int32_t l2mc_ole_res_xlate(const void* logical, std::int32_t, void* physica
 }
 
 std::int32_t l2mc_ipv4_ole_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     const PhysicalSource<physical_size> in{physical};

@@ -20,7 +20,7 @@ constexpr Layout info{
     bit(P(0, 7), L(4, 0)),
     bit(P(0, 6), L(4, 1)),
     bit(P(0, 5), L(4, 2)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     constant(P(2, 0), 1),
     copied(P(3), L(8), 3),
     swapped(P(6), L(12), 4),
@@ -38,7 +38,7 @@ constexpr Layout info_value{
 constexpr Layout counter{
     bit(P(0, 6), L(0, 0)),
     bit(P(0, 5), L(0, 1)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     constant(P(2, 0), 1),
 };
 

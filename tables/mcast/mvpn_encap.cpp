@@ -31,7 +31,7 @@ constexpr Layout types_3_and_4_key{
 };
 
 constexpr Layout header{
-    constant(P(0), result_header),
+    header_byte(P(0)),
 };
 
 constexpr Layout type_2{
@@ -149,7 +149,7 @@ std::int32_t mvpn_encap_info_res_xlate(const void* logical, std::int32_t, void* 
 std::int32_t ipmc_encap_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical,
                                           const std::uint32_t* entry_type) {
     const Number type = given(entry_type);
-    if (type < 1 || type > 5 || physical_length != static_cast<std::int32_t>(physical_size)) {
+    if (type < 1 || type > 5 || !has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     const PhysicalSource<physical_size> in{physical};

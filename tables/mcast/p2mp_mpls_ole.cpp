@@ -21,7 +21,7 @@ constexpr Layout common{
     bit(P(0, 7), L(0, 1)),
     bit(P(0, 6), L(0, 0)),
     none(P(0, 5), L(0, 1, 0)),  // part of this table's header 0x31, where neither variant bit is set
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 0), L(1, 0)),
 };
 

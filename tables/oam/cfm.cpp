@@ -16,7 +16,7 @@ constexpr Layout transmit{
     "CFM transmit",
     constant(P(0, 7, 6), 0),
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     copied(P(1), L(1)),
     swapped(P(2), L(2), 4),
     swapped(P(6), L(6), 4),
@@ -43,7 +43,7 @@ constexpr Layout transmit{
 
 constexpr Layout second_transmit{
     "second CFM transmit",
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(1), L(1)),
     bits(P(2, 7, 4), L(2, 3, 0)).named("type"),
     copied(P(3), L(3), 6),

@@ -14,7 +14,7 @@ constexpr Layout key{
 };
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     constant(P(2), 1),
     copied(P(4), L(4), 4),
 };

@@ -7,7 +7,7 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     label(P(4), L(0), L(4, 0)).repeated(4, P(3), L(5)).named("label"),
 };
 

@@ -18,11 +18,6 @@ constexpr Layout ipv6_key{
     swapped(P(0), L(0), ipv6_length).named("destination address"),
 };
 
-constexpr Layout result{
-    constant(P(0), result_header),
-    copied(P(1), L(0), 3),
-};
-
 }  // namespace
 
 std::int32_t ipv4_leaf_fastip_xlate_key(const void* logical, std::int32_t logical_length, void* physical,
@@ -60,5 +55,5 @@ std::int32_t ipv6_leaf_fastip_xlate_key(const void* logical, std::int32_t logica
 
 std::int32_t ip_leaf_fastip_xlate_result(const void* logical, std::int32_t, void* physical,
                                          std::uint32_t* physical_length) {
-    return place_only<result, 3, 4>(logical, physical, physical_length);
+    return place_only<short_result, 3, 4>(logical, physical, physical_length);
 }

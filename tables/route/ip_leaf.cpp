@@ -11,12 +11,10 @@ constexpr std::size_t logical_size = 64;
 constexpr std::size_t logical_bytes_read = 59;  // the rest of the logical record only comes back cleared
 constexpr std::size_t physical_size = 32;
 
-constexpr std::uint32_t hop_byte_of_one_hop = 3;
-
 constexpr Layout common{
     any(P(0, 7), L(49, 7), L(2, 0)),
     bit(P(0, 6), L(0, 4)),
-    constant(P(0, 5, 0), result_header),
+    header_byte(P(0, 5, 0)),
     bit(P(1, 7), L(0, 2)),
     bit(P(1, 6), L(0, 1)),
     bit(P(1, 5), L(0, 3)),
@@ -130,8 +128,8 @@ constexpr Layout queue_overlay_triple{
 constexpr Layout srv6_overlay{
     "SRv6 overlay",
     copied(P(7), L(54), 2),
-    mapped(P(9), L(52), 2, srv6_behaviour).named("SRv6 function code"),
-    mapped(P(10), L(52), 2, srv6_action).named("SRv6 function code"),
+    mapped(P(9), bytes(L(52), 2), srv6_behaviour).named("SRv6 function code"),
+    mapped(P(10), bytes(L(52), 2), srv6_action).named("SRv6 function code"),
     copied(P(13), L(56), 3),
 };
 

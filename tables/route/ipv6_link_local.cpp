@@ -21,7 +21,7 @@ constexpr Layout address{
 };
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(5), L(0), 3),
 };
 

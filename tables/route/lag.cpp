@@ -19,7 +19,7 @@ constexpr Layout result{
     bit(P(0, 7), L(0, 0)),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     copied(P(1), L(12)),
     virtual_queue_index(P(4), L(5), L(7)).named("virtual queue index"),
     copied(P(6), L(2), 2),

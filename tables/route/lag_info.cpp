@@ -11,7 +11,7 @@ constexpr std::size_t physical_size = 8;
 
 constexpr Layout key{
     run(P(0, 0), L(4, 0), 12).named("bundle id"),
-    mapped(P(1, 5, 4), L(0), 4, two_value_code).named("bundle kind"),
+    mapped(P(1, 5, 4), bytes(L(0), 4), two_value_code).named("bundle kind"),
 };
 
 // A count of 0 counts down to all ones.
@@ -26,7 +26,7 @@ constexpr Function last_eight{
 };
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     none(P(1, 0), L(4, 7, 5)),  // fewer than 32 members
     mapped(P(3, 7, 4), L(4), full_eights).named("member count"),
     constant(P(4, 3), 1),

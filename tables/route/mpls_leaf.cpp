@@ -12,8 +12,6 @@ constexpr std::size_t key_physical_size = 3;
 constexpr std::size_t logical_size = 90;
 constexpr std::size_t physical_size = 32;
 
-constexpr std::uint32_t hop_byte_of_one_hop = 3;
-
 constexpr Layout key{
     copied(P(0), L(0), 3).named("incoming label"),
     also(bit(P(2, 4), L(4, 0))).named("qualifier"),
@@ -23,7 +21,7 @@ constexpr Layout common{
     bit(P(0, 7), L(0, 3)),
     any(P(0, 6), L(0, 4), L(0, 7, 6)),
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 7), L(4, 4)),
     bit(P(1, 6), L(0, 4)),
     any(P(1, 5), L(0, 0), L(1, 2), L(5, 2)),
@@ -75,7 +73,8 @@ constexpr Layout variant_3{
 constexpr Layout variant_4{
     "variant 4",
     copied(P(8), L(78), 3),
-    low_bit_to_bit_20(P(11), L(16)),
+    run(P(11, 0), L(16, 1), 24),
+    also(bit(P(13, 4), L(16, 0))),
     copied(P(16), L(8), 4),
 };
 

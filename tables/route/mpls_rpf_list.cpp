@@ -13,7 +13,7 @@ constexpr Layout key{
 };
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(4), L(0), 4),
 };
 

@@ -12,7 +12,7 @@ constexpr std::size_t physical_size = 32;
 
 constexpr Layout common{
     bit(P(0, 5), L(2, 3)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     any(P(1, 6), L(0, 1), L(2, 7)),
     any(P(1, 5), L(2, 4), L(2, 7)),
     bit(P(1, 4), L(0, 0)),
@@ -57,7 +57,7 @@ constexpr Layout l2_4_set{
 
 constexpr Layout recursive{
     "recursive form",
-    constant(P(0), 0x91),
+    header_byte(P(0), 0x91),
     swapped(P(3), L(132), 4),
     copied(P(7), L(44), 3),
     copied(P(10), L(136)),

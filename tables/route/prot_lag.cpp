@@ -10,7 +10,7 @@ constexpr std::size_t logical_size = 16;
 constexpr std::size_t physical_size = 16;
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     constant(P(4, 7, 4), 9),
     bits(P(4, 3, 0), L(3, 3, 0)).named("identifier"),
     copied(P(5), L(2)).named("identifier"),
@@ -55,7 +55,7 @@ std::int32_t prot_lag_st_xlate_result(const void* logical, std::int32_t, void* p
 }
 
 std::int32_t prot_lag_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != physical_size) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, logical_size>(physical, logical);

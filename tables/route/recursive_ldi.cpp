@@ -16,7 +16,7 @@ constexpr Layout flags{
     bit(P(0, 7), L(0, 4)),
     bit(P(0, 6), L(0, 3)),
     bit(P(0, 5), L(0, 5)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     bit(P(1, 4), L(1, 3)),
     bit(P(1, 3), L(0, 0)),
     bit(P(1, 2), L(1, 4)),
@@ -42,7 +42,8 @@ constexpr Layout l1_3_set{
 };
 
 constexpr Layout l0_1_set{
-    low_bit_to_bit_20(P(4), L(4)),
+    run(P(4, 0), L(4, 1), 24),
+    also(bit(P(6, 4), L(4, 0))),
 };
 
 constexpr Layout l0_1_clear{
@@ -62,7 +63,7 @@ std::int32_t r_ldi_entry_st_result(const void* logical, std::int32_t, void* phys
     Number paths = in.byte(L(2));
     if (paths > most_paths) {
         paths = 0;
-        change_input<1>(logical, L(2), 0);
+        change_input<1>(in, L(2), 0);
     }
     put(out, P(3), 3 * paths + 4);
     if (in.bit(L(1, 4))) {

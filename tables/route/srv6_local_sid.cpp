@@ -4,15 +4,6 @@
 
 using namespace npxlate;
 
-namespace {
-
-constexpr Layout result{
-    constant(P(0), result_header),
-    copied(P(1), L(0), 3),
-};
-
-}  // namespace
-
 std::int32_t srv6_local_sid_key_xlate(const void* logical, std::int32_t, void* physical,
                                       std::uint32_t* physical_length) {
     return copy_key<2>(logical, physical, physical_length);
@@ -20,5 +11,5 @@ std::int32_t srv6_local_sid_key_xlate(const void* logical, std::int32_t, void* p
 
 std::int32_t srv6_local_sid_entry_xlate(const void* logical, std::int32_t, void* physical,
                                         std::uint32_t* physical_length) {
-    return place_only<result, 3, 8>(logical, physical, physical_length);
+    return place_only<short_result, 3, 8>(logical, physical, physical_length);
 }

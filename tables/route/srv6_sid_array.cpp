@@ -16,7 +16,7 @@ constexpr std::uint32_t most_sids = 4;
 // Of the 16 bytes of an identifier bytes 1 to 6 are carried.
 constexpr Layout list{
     "SID list",
-    constant(P(0), 0x91),
+    header_byte(P(0), 0x91),
     bits(P(1, 3, 0), L(1, 3, 0)),
     copied(P(2), L(17), 6).repeated(4, P(6), L(16)).named("SID"),
 };
@@ -24,8 +24,8 @@ constexpr Layout list{
 constexpr Layout information{
     "information record",
     bit(P(0, 6), L(1, 0)),
-    constant(P(0, 5, 0), result_header),
-    mapped(P(1, 7, 3), L(4), 4, srv6_information).named("SRv6 function code"),
+    header_byte(P(0, 5, 0)),
+    mapped(P(1, 7, 3), bytes(L(4), 4), srv6_information).named("SRv6 function code"),
     bits(P(1, 2, 0), L(2, 2, 0)).named("number of SIDs"),
 };
 

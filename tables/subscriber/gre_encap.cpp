@@ -12,7 +12,7 @@ constexpr Layout key{
 
 // L0 is dropped: its place is the header byte.
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(1), L(1), 31),
 };
 

@@ -7,7 +7,7 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     swapped(P(1), L(1), 3),
 };
 

@@ -35,7 +35,7 @@ constexpr Layout result{
     bit(P(0, 7), L(0, 2)),
     bit(P(0, 6), L(0, 0)),
     bit(P(0, 5), L(0, 1)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     any(P(3, 1), L(16, 1, 0)),
     bit(P(3, 0), L(16, 1)),
     run(P(4, 0), L(13, 1), 23),
@@ -73,7 +73,7 @@ std::int32_t gre_qual_st_xlate_result(const void* logical, std::int32_t, void* p
 }
 
 std::int32_t gre_qual_logical_res_xlate(const void* physical, std::int32_t physical_length, void* logical) {
-    if (physical_length != physical_size) {
+    if (!has_length<physical_size>(physical_length)) {
         return NPXLATE_INVALID;
     }
     return place_only<restored, physical_size, logical_size>(physical, logical);

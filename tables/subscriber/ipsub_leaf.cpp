@@ -21,7 +21,7 @@ constexpr Layout result{
     constant(P(0, 7), 0),
     bit(P(0, 6), L(0, 1)),
     bit(P(0, 5), L(0, 2)),
-    constant(P(0, 4, 0), result_header),
+    header_byte(P(0, 4, 0)),
     copied(P(1), L(1), 2),
     copied(P(3), L(3), 2),
     run(P(5, 0), L(5, 1), 24),
@@ -39,11 +39,12 @@ std::int32_t ipsub_sid_leaf_st_xlate_key(const void* logical, std::int32_t, void
         // A word of the address, which is in network order, is shifted in the logical key too: callers expect to see it
         // there. It goes into either record by itself, since to store it and then to load the key would take three
         // times as long.
-        const unsigned offset = 4 * each_below<4>(in.bits(L(20, 7, 6)));
-        const L word_at = L(3).after(offset);
-        const Number word = reversed_bytes(in.big32(word_at) >> in.bits(L(20, 4, 0)), 4);
-        change_input<4>(logical, word_at, word);
-        store_into<4>(physical, P(3).after(offset), word);
+        const unsigned number = each_below<4>(in.bits(L(20, 7, 6)));
+        const auto logical_word = LogicalBytes<key_logical_size, 4>::one_of<4>(L(3), number);
+        const auto physical_word = PhysicalBytes<key_physical_size, 4>::one_of<4>(P(3), number);
+        const Number word = reversed_bytes(in.big32(logical_word) >> in.bits(L(20, 4, 0)), 4);
+        change_input<4>(in, logical_word, word);
+        store_into(physical, physical_word, word);
     }
     return status;
 }

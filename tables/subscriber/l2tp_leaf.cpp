@@ -18,7 +18,7 @@ constexpr Layout key{
 constexpr Layout result{
     constant(P(0, 7), 0),
     bit(P(0, 6), L(0, 1)),
-    constant(P(0, 5, 0), result_header),
+    header_byte(P(0, 5, 0)),
     bit(P(1, 7), L(36, 0)),
     bit(P(1, 6), L(36, 1)),
     bit(P(1, 5), L(36, 2)),

@@ -19,7 +19,7 @@ constexpr Function code_of{
 constexpr Layout key_with_code{
     "code",
     constant(P(0), 0),
-    mapped(P(1), L(16), 4, code_of).named("code"),
+    mapped(P(1), bytes(L(16), 4), code_of).named("code"),
     swapped(P(2), L(12), 4),
 };
 
@@ -32,7 +32,7 @@ constexpr Layout key_with_flags{
 };
 
 constexpr Layout header{
-    constant(P(0), result_header),
+    header_byte(P(0)),
 };
 
 constexpr Layout result_triple{

@@ -8,7 +8,7 @@ using namespace npxlate;
 namespace {
 
 constexpr Layout result{
-    constant(P(0), result_header),
+    header_byte(P(0)),
     copied(P(1), L(1)),
     bits(P(2, 7, 4), L(2, 3, 0)),
     bits(P(2, 3, 0), L(2, 7, 4)),

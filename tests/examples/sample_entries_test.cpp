@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/catalogue.h"
+#include "catalogue/call.h"
 
 namespace {
 
@@ -58,16 +58,16 @@ std::int32_t read_back(const Json& entry, const Bytes& result) {
     const catalogue::Translator& reverse = catalogue::of_table(entry.at("table"), Role::reverse);
     Bytes out(NPXLATE_MAX_LOGICAL_LENGTH);
     const auto length = static_cast<std::int32_t>(result.size());
-    if (reverse.reverse_by_type != nullptr) {
-        const auto type = entry.at("type").get<std::uint32_t>();
-        return reverse.reverse_by_type(result.data(), length, out.data(), &type);
+    std::uint32_t type = 0;
+    Bytes key;
+    if (reverse.has(catalogue::Trait::takes_type)) {
+        type = entry.at("type").get<std::uint32_t>();
     }
-    if (reverse.reverse_by_key != nullptr) {
+    if (reverse.has(catalogue::Trait::takes_key)) {
         EXPECT_EQ(entry.at("logical_key"), entry.at("key"));
-        const Bytes key = from_hex(entry.at("logical_key"));
-        return reverse.reverse_by_key(result.data(), length, out.data(), key.data());
+        key = from_hex(entry.at("logical_key"));
     }
-    return reverse.reverse(result.data(), length, out.data());
+    return catalogue::call(reverse, result.data(), length, out.data(), nullptr, {&type, key.data()});
 }
 
 TEST(SampleEntries, AllTranslateAndReadBack) {

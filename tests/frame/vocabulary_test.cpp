@@ -352,7 +352,7 @@ TEST(Vocabulary, AMirroredLayoutHasTheTitleOfItsLayoutUnlessItIsGivenOne) {
 }
 
 // A value least significant byte first; bit 20 of the result has two sources.
-constexpr Layout low_bit{"low bit", low_bit_to_bit_20(P(3), L(6))};
+constexpr Layout low_bit{"low bit", run(P(3, 0), L(6, 1), 24), also(bit(P(5, 4), L(6, 0)))};
 
 TEST(Vocabulary, TheLowestBitMovesToBitTwenty) {
     const Translator translator = placing<low_bit>("low bit to bit 20");
@@ -394,10 +394,31 @@ constexpr Layout computed{
     "computed",
     mapped(P(1, 5, 2), L(3, 7, 4), two_value_code),
     mapped(P(3), L(4), hop_byte),
-    mapped(P(9, 7, 6), L(6), 4, two_value_code),
+    mapped(P(9, 7, 6), bytes(L(6), 4), two_value_code),
     virtual_queue_index(P(7), L(11), L(15)),
     virtual_queue_index(P(12), L(11), L(15)),
 };
+
+// Values of several bytes, within a word of the record and across two.
+constexpr FunctionOfTwo sum{"sum", [](Number a, Number b) -> Number { return a + b; }};
+constexpr Layout sums{
+    "sums",
+    mapped(bytes(P(1), 3), bytes(L(0), 3), L(3, 6, 2), sum),
+    mapped(bytes(P(6), 4), bytes(L(4), 4), bytes(L(8), 2), sum),
+    mapped(bytes(P(10), 1), L(0), L(1), sum),
+};
+
+TEST(Vocabulary, AFunctionOfTwoFieldsGivesBigEndianValues) {
+    const Translator translator = placing<sums>("sums");
+    const support::Model model = [](Bytes& in, Bytes& out) {
+        support::put_big(out, 1, 3, support::little(in, 0, 3) + support::bits(in, 3, 6, 2));
+        support::put_big(out, 6, 4, support::little(in, 4, 4) + support::little(in, 8, 2));
+        out[10] = static_cast<std::uint8_t>(in[0] + in[1]);
+        return support::Reply{};
+    };
+    support::walk(translator, model, {Bytes(10), Bytes(10, 0xff)});
+    support::check_random(translator, model, 500);
+}
 
 TEST(Vocabulary, ComputedFieldsTakeTheirFunctionsResult) {
     const Translator translator = placing<computed>("computed");

@@ -12,7 +12,7 @@ const FAMILIES = {
 // What a bit is marked with, and what the legend calls it. A constant is marked with its value.
 const MARKS = {
   copied: ["C", "copied"], reversed: ["R", "bytes reversed"], inverted: ["I", "inverted"], label: ["L", "label"],
-  shifted: ["S", "shifted"], computed: ["ƒ", "computed"], constant: ["1", "constant"],
+  computed: ["ƒ", "computed"], constant: ["1", "constant"],
   cleared: ["·", "cleared"], left_alone: ["~", "left as it was"],
   steers: ["?", "only steers"], dropped: ["–", "not carried"],
 };

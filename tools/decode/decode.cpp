@@ -125,7 +125,7 @@ std::vector<Span> read_as_one(const Forms& forms, const Form& form) {
     for (const forms::Step& step : form.steps) {
         if (step.kind == forms::Step::placed) {
             for (const trace::RowView& row : step.layout->rows) {
-                if (row.kind == npxlate::RowKind::mapped || row.kind == npxlate::RowKind::virtual_queue_index) {
+                if (row.kind == npxlate::RowKind::mapped) {
                     std::ranges::for_each(row.from, add);
                 }
             }

@@ -92,8 +92,6 @@ std::string_view to_string(Kind kind) {
             return "inverted";
         case Kind::label:
             return "label";
-        case Kind::shifted:
-            return "shifted";
         case Kind::constant:
             return "constant";
         case Kind::computed:

@@ -21,7 +21,6 @@ enum class Kind {
     reversed,  // bytes whose order is reversed
     inverted,  // bits, each inverted
     label,     // the 20 bits of a label, most significant first on the physical side
-    shifted,   // a value shifted right by one, its lowest bit ORed into bit 20
     constant,
     computed,    // what the text says
     cleared,     // zero, because nothing is written there

@@ -43,12 +43,9 @@ Kind kind_of(RowKind kind) {
             return Kind::reversed;
         case RowKind::label:
             return Kind::label;
-        case RowKind::low_bit_to_bit_20:
-            return Kind::shifted;
         case RowKind::any:
         case RowKind::none:
         case RowKind::mapped:
-        case RowKind::virtual_queue_index:
             break;
     }
     return Kind::computed;
@@ -65,8 +62,6 @@ std::string text_of(Kind kind) {
             return "inverted";
         case Kind::label:
             return "20 bits of a label, high bits first in P";
-        case Kind::shifted:
-            return "shifted right by one, the lowest bit ORed into bit 20";
         case Kind::cleared:
             return "0, nothing is written here";
         case Kind::left_alone:
@@ -85,9 +80,8 @@ std::string text_of(const RowView& row) {
         case RowKind::none:
             return "1 if none of these bits is 1";
         case RowKind::mapped:
-            return row.function->description;
-        case RowKind::virtual_queue_index:
-            return "queue index, ORed with 0x800 for range 4 and with 0xc00 for range 8, bytes reversed";
+            return std::string{row.function != nullptr ? row.function->description : row.function_of_two->description} +
+                   (row.to.width > 8 ? ", bytes reversed" : "");
         default:
             return text_of(kind_of(row.kind));
     }

@@ -14,22 +14,12 @@ namespace {
 
 namespace trace = npxlate::trace;
 
-template <typename Function>
-Function* traced_as(Function* library_function, traced::Function function) {
-    return library_function == nullptr ? nullptr : reinterpret_cast<Function*>(function);
-}
-
-Translator traced_copy(const Translator& translator) {
-    const traced::Function function = traced::find(translator.name);
+catalogue::Function traced_namesake(const Translator& translator) {
+    const catalogue::Function function = traced::find(translator.name);
     if (function == nullptr) {
         throw std::logic_error{std::string{translator.name} + " is not among the traced translators"};
     }
-    Translator copy = translator;
-    copy.forward = traced_as(translator.forward, function);
-    copy.reverse = traced_as(translator.reverse, function);
-    copy.reverse_by_type = traced_as(translator.reverse_by_type, function);
-    copy.reverse_by_key = traced_as(translator.reverse_by_key, function);
-    return copy;
+    return function;
 }
 
 // As many bits as the record may have, or more if more are written.
@@ -72,14 +62,14 @@ bool Given::bit(BitId id) const {
 
 Forms::Forms(const Translator& translator, std::int32_t length)
     : translator_{&translator}, length_{length}, diagrams_{std::make_unique<Diagrams>()} {
-    const Translator traced = traced_copy(translator);
+    const catalogue::Function traced = traced_namesake(translator);
     const bool is_reverse = translator.role == catalogue::Role::reverse;
     // Their addresses alone matter.
     std::uint8_t in = 0;
     std::uint8_t out = 0;
     const catalogue::Argument argument{0};
-    const void* const argument_address =
-        translator.reverse_by_key != nullptr ? argument.key() : static_cast<const void*>(argument.type());
+    const catalogue::FourthArgument fourth = argument;
+    const void* const argument_address = translator.reverse_by_key != nullptr ? fourth.key : fourth.type;
     trace::Recorder recorder{*diagrams_, is_reverse ? npxlate::Side::physical : npxlate::Side::logical, &in, &out,
                              argument_address};
     // Neither a size nor a length argument, nor next to one.
@@ -90,7 +80,7 @@ Forms::Forms(const Translator& translator, std::int32_t length)
         [&] {
             recorder.reset();
             stored = not_stored;
-            status = catalogue::call(traced, &in, length, &out, &stored, argument);
+            status = catalogue::call(translator, traced, &in, length, &out, &stored, argument);
         },
         [&](const trace::Way& way) {
             Form form{.condition = way.condition, .status = status, .steps = recorder.steps()};

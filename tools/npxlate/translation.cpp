@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "catalogue/call.h"
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
 #include "npxlate/taken.h"
@@ -75,15 +76,9 @@ Reply translate(const Translator& translator, std::uint8_t* in, std::size_t leng
     const auto in_length = static_cast<std::int32_t>(std::min(length, translator.in().most));
     std::uint32_t out_length = not_stored;
     Reply reply;
-    if (translator.forward != nullptr) {
-        reply.status = translator.forward(in, in_length, out, &out_length);
-    } else if (translator.reverse_by_type != nullptr) {
-        reply.status = translator.reverse_by_type(in, in_length, out, &argument.type.value());
-    } else if (translator.reverse_by_key != nullptr) {
-        reply.status = translator.reverse_by_key(in, in_length, out, argument.key.value().data());
-    } else {
-        reply.status = translator.reverse(in, in_length, out);
-    }
+    reply.status = catalogue::call(
+        translator, in, in_length, out, &out_length,
+        {argument.type ? &*argument.type : nullptr, argument.key ? argument.key->data() : nullptr});
     const bool silent = translator.role == Role::reverse || translator.has(Trait::keeps_length);
     if (out_length != not_stored) {
         reply.length = out_length;

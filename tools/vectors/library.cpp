@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "catalogue/call.h"
+
 namespace vectors {
 namespace {
 
@@ -34,11 +36,6 @@ private:
     Bytes memory_;
 };
 
-template <typename Function>
-auto plain(Function* function) {
-    return reinterpret_cast<void (*)()>(function);
-}
-
 }  // namespace
 
 Library::Library() : tx_adj_key_max_{&TX_ADJ_KEY_MAX} {}
@@ -59,21 +56,15 @@ Library::~Library() {
     }
 }
 
-Library::Function Library::function(const Translator& translator) const {
+catalogue::Function Library::function(const Translator& translator) const {
     if (handle_ != nullptr) {
-        return reinterpret_cast<Function>(::dlsym(handle_, std::string{translator.name}.c_str()));
+        return reinterpret_cast<catalogue::Function>(::dlsym(handle_, std::string{translator.name}.c_str()));
     }
-    if (translator.forward != nullptr) {
-        return plain(translator.forward);
-    }
-    if (translator.reverse_by_type != nullptr) {
-        return plain(translator.reverse_by_type);
-    }
-    return translator.reverse_by_key != nullptr ? plain(translator.reverse_by_key) : plain(translator.reverse);
+    return catalogue::function_of(translator);
 }
 
 Done Library::run(const Translator& translator, const Call& call) const {
-    const Function called = function(translator);
+    const catalogue::Function called = function(translator);
     Guarded in{call.in};
     Guarded out{call.out_before};
     std::uint32_t length = not_stored;
@@ -82,17 +73,8 @@ Done Library::run(const Translator& translator, const Call& call) const {
         *tx_adj_key_max_ = *call.tx_adj_key_max;
     }
     Done done;
-    std::int32_t& status = done.outcome.status;
-    if (translator.forward != nullptr) {
-        status = reinterpret_cast<npxlate_result_fn*>(called)(in.data(), call.length, out.data(), &length);
-    } else if (translator.reverse_by_type != nullptr) {
-        status = reinterpret_cast<npxlate_reverse_by_type_fn*>(called)(in.data(), call.length, out.data(), &call.type);
-    } else if (translator.reverse_by_key != nullptr) {
-        status =
-            reinterpret_cast<npxlate_reverse_by_key_fn*>(called)(in.data(), call.length, out.data(), call.key.data());
-    } else {
-        status = reinterpret_cast<npxlate_reverse_fn*>(called)(in.data(), call.length, out.data());
-    }
+    done.outcome.status = catalogue::call(translator, called, in.data(), call.length, out.data(), &length,
+                                          {&call.type, call.key.data()});
     if (tx_adj_key_max_ != nullptr) {
         *tx_adj_key_max_ = initial;
     }

@@ -34,8 +34,7 @@ public:
     Done run(const Translator& translator, const Call& call) const;
 
 private:
-    using Function = void (*)();
-    Function function(const Translator& translator) const;
+    catalogue::Function function(const Translator& translator) const;
 
     void* handle_ = nullptr;
     std::uint16_t* tx_adj_key_max_;
