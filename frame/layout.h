@@ -72,8 +72,7 @@ constexpr void label_tail(const Row<side>& row, unsigned i, Move move, Set set) 
 // what the subscript would be, 43 for bit 3 of byte 4.
 constexpr bool two_rows_write_the_same_bit_here_ten_times_its_byte_plus_bit[1] = {};
 constexpr void expect_free(unsigned byte, unsigned bit, bool is_free) {
-    if (!is_free) {
-        static_cast<void>(two_rows_write_the_same_bit_here_ten_times_its_byte_plus_bit[10 * byte + bit]);
+    if (!is_free && !two_rows_write_the_same_bit_here_ten_times_its_byte_plus_bit[10 * byte + bit]) {
         layout_error::two_rows_write_the_same_bit();
     }
 }

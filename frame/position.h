@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
 
 // Positions are known when a translator is compiled. Clang before 15 does not take this of positions that depend on a
 // template's parameters; there, GCC's build is the check.

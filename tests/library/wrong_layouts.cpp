@@ -1,5 +1,5 @@
-// Layouts, and positions in code, that must not compile. WRONG_LAYOUT chooses one; 0 is right in all, which shows that it
-// is the mistake that the compiler refuses.
+// Layouts, and positions in code, that must not compile. WRONG_LAYOUT chooses one; 0 is right in all, which shows that
+// it is the mistake that the compiler refuses.
 
 #include "frame/helpers.h"
 

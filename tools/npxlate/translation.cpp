@@ -76,9 +76,9 @@ Reply translate(const Translator& translator, std::uint8_t* in, std::size_t leng
     const auto in_length = static_cast<std::int32_t>(std::min(length, translator.in().most));
     std::uint32_t out_length = not_stored;
     Reply reply;
-    reply.status = catalogue::call(
-        translator, in, in_length, out, &out_length,
-        {argument.type ? &*argument.type : nullptr, argument.key ? argument.key->data() : nullptr});
+    reply.status =
+        catalogue::call(translator, in, in_length, out, &out_length,
+                        {argument.type ? &*argument.type : nullptr, argument.key ? argument.key->data() : nullptr});
     const bool silent = translator.role == Role::reverse || translator.has(Trait::keeps_length);
     if (out_length != not_stored) {
         reply.length = out_length;

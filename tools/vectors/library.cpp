@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "catalogue/call.h"
-
 namespace vectors {
 namespace {
 
@@ -73,8 +71,8 @@ Done Library::run(const Translator& translator, const Call& call) const {
         *tx_adj_key_max_ = *call.tx_adj_key_max;
     }
     Done done;
-    done.outcome.status = catalogue::call(translator, called, in.data(), call.length, out.data(), &length,
-                                          {&call.type, call.key.data()});
+    done.outcome.status =
+        catalogue::call(translator, called, in.data(), call.length, out.data(), &length, {&call.type, call.key.data()});
     if (tx_adj_key_max_ != nullptr) {
         *tx_adj_key_max_ = initial;
     }

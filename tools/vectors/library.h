@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "catalogue/call.h"
 #include "vectors/vectors.h"
 
 namespace vectors {
