@@ -37,6 +37,12 @@ NPXLATE_INLINE unsigned each_below(Number number) {
     return number;
 }
 
+// A number to switch on: each from the first to the last is a way of its own, and all others are one, the default.
+template <unsigned first, unsigned last>
+NPXLATE_INLINE unsigned each_from(Number number) {
+    return number;
+}
+
 // The lowest `count` bytes in reverse order.
 NPXLATE_INLINE constexpr Number reversed_bytes(Number value, unsigned count) {
     return __builtin_bswap32(value) >> (32 - 8 * count);

@@ -341,6 +341,14 @@ unsigned each_below(unsigned count, const Number& number) {
     return count - 1;
 }
 
+unsigned each_from(unsigned first, unsigned last, const Number& number) {
+    unsigned value = first;
+    while (value <= last && !(number == Number{value})) {
+        ++value;
+    }
+    return value;
+}
+
 }  // namespace number_detail
 
 Number given(const std::uint32_t*) { return trace::Recorder::entry_type(); }

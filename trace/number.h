@@ -109,6 +109,7 @@ Number reversed_bytes(const Number& value, unsigned count);
 namespace number_detail {
 Number element(const std::uint32_t* table, std::size_t count, const Number& index);
 unsigned each_below(unsigned count, const Number& number);
+unsigned each_from(unsigned first, unsigned last, const Number& number);
 }  // namespace number_detail
 
 template <typename Element, std::size_t count, typename Member>
@@ -125,6 +126,11 @@ inline Number described(Number value, const char* words) { return std::move(valu
 template <unsigned count>
 unsigned each_below(const Number& number) {
     return number_detail::each_below(count, number);
+}
+
+template <unsigned first, unsigned last>
+unsigned each_from(const Number& number) {
+    return number_detail::each_from(first, last, number);
 }
 
 // The entry type, whatever it is.

@@ -343,50 +343,63 @@ std::int32_t xid_type_xlate_result(const void* logical, std::int32_t, void* phys
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
     place<flags>(out, in);
-    const Number type = in.little32(L(8));
-    if (type == 1) {
-        place<types_1_2>(out, in);
-        place<type_1>(out, in);
-    } else if (type == 2) {
-        place<types_1_2>(out, in);
-        place<type_2>(out, in);
-    } else if (type == 3 || type == 4) {
-        place<types_3_4>(out, in);
-        if (in.bit(L(4, 4))) {
-            place<types_3_4_value>(out, in);
-        } else {
-            place<types_3_4_label>(out, in);
+    switch (each_from<1, 11>(in.little32(L(8)))) {
+        case 1:
+            place<types_1_2>(out, in);
+            place<type_1>(out, in);
+            break;
+        case 2:
+            place<types_1_2>(out, in);
+            place<type_2>(out, in);
+            break;
+        case 3:
+        case 4:
+            place<types_3_4>(out, in);
+            if (in.bit(L(4, 4))) {
+                place<types_3_4_value>(out, in);
+            } else {
+                place<types_3_4_label>(out, in);
+            }
+            if (in.byte(L(8)) == 4) {
+                place<type_4>(out, in);
+            }
+            break;
+        case 5:
+            place<types_5_6_7>(out, in);
+            break;
+        case 6:
+            place<types_5_6_7>(out, in);
+            place<type_6>(out, in);
+            break;
+        case 7:
+            place<types_5_6_7>(out, in);
+            place<type_7>(out, in);
+            break;
+        case 8:
+            break;
+        case 9:
+        case 10:
+            place<types_9_10>(out, in);
+            if (in.bit(L(1, 5))) {
+                place<types_9_10_summary>(out, in);
+            }
+            if (in.byte(L(8)) == 10) {
+                place<type_10>(out, in);
+            }
+            break;
+        case 11: {
+            place<type_11>(out, in);
+            const Number selector = in.byte(L(60));
+            if (selector > highest_selector) {
+                out.store(physical);
+                return NPXLATE_INVALID;
+            }
+            put(out, P(7), Number{1} << selector);
+            break;
         }
-        if (type == 4) {
-            place<type_4>(out, in);
-        }
-    } else if (type == 5) {
-        place<types_5_6_7>(out, in);
-    } else if (type == 6) {
-        place<types_5_6_7>(out, in);
-        place<type_6>(out, in);
-    } else if (type == 7) {
-        place<types_5_6_7>(out, in);
-        place<type_7>(out, in);
-    } else if (type == 9 || type == 10) {
-        place<types_9_10>(out, in);
-        if (in.bit(L(1, 5))) {
-            place<types_9_10_summary>(out, in);
-        }
-        if (type == 10) {
-            place<type_10>(out, in);
-        }
-    } else if (type == 11) {
-        place<type_11>(out, in);
-        const Number selector = in.byte(L(60));
-        if (selector > highest_selector) {
+        default:
             out.store(physical);
             return NPXLATE_INVALID;
-        }
-        put(out, P(7), Number{1} << selector);
-    } else if (type != 8) {  // which has the flags and the tail alone
-        out.store(physical);
-        return NPXLATE_INVALID;
     }
     if (in.bit(L(1, 5))) {
         place<tail_l1_5_set>(out, in);

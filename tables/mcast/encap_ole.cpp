@@ -110,18 +110,22 @@ std::int32_t encap_ole_res_xlate(const void* logical, std::int32_t, void* physic
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
     place<common>(out, in);
-    const Number type = in.little32(L(0));
-    if (type == 1) {
-        place<type_1>(out, in);
-    } else if (type == 2) {
-        place<type_2>(out, in);
-    } else if (type == 3) {
-        place<type_3>(out, in);
-    } else if (type == 4) {
-        place<type_4>(out, in);
-    } else {
-        out.store(physical);
-        return NPXLATE_INVALID;
+    switch (each_from<1, 4>(in.little32(L(0)))) {
+        case 1:
+            place<type_1>(out, in);
+            break;
+        case 2:
+            place<type_2>(out, in);
+            break;
+        case 3:
+            place<type_3>(out, in);
+            break;
+        case 4:
+            place<type_4>(out, in);
+            break;
+        default:
+            out.store(physical);
+            return NPXLATE_INVALID;
     }
     place<all_types>(out, in);
     return finish(out, physical, physical_length);

@@ -134,14 +134,19 @@ std::int32_t mvpn_encap_info_res_xlate(const void* logical, std::int32_t, void* 
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
     place<header>(out, in);
-    const Number type = in.little32(L(0));
-    if (type == 2) {
-        place<type_2>(out, in);
-    } else if (type == 3) {
-        place<type_3>(out, in);
-    } else if (type == 4) {
-        place<type_4>(out, in);
-        place<type_4_label_flag>(out, in);
+    switch (each_from<2, 4>(in.little32(L(0)))) {
+        case 2:
+            place<type_2>(out, in);
+            break;
+        case 3:
+            place<type_3>(out, in);
+            break;
+        case 4:
+            place<type_4>(out, in);
+            place<type_4_label_flag>(out, in);
+            break;
+        default:
+            break;
     }
     return finish(out, physical, physical_length);
 }
@@ -155,12 +160,18 @@ std::int32_t ipmc_encap_logical_res_xlate(const void* physical, std::int32_t phy
     const PhysicalSource<physical_size> in{physical};
     LogicalRecord<restored_size> out;
     put_little<4>(out, L(0), type);
-    if (type == 2) {
-        place<restored_type_2>(out, in);
-    } else if (type == 3) {
-        place<restored_type_3>(out, in);
-    } else if (type == 4) {
-        place<restored_type_4>(out, in);
+    switch (each_from<2, 4>(type)) {
+        case 2:
+            place<restored_type_2>(out, in);
+            break;
+        case 3:
+            place<restored_type_3>(out, in);
+            break;
+        case 4:
+            place<restored_type_4>(out, in);
+            break;
+        default:
+            break;
     }
     return finish(out, logical);
 }

@@ -115,18 +115,25 @@ std::int32_t ent_h_l2tpv3ov6_tun_str_xlate_result(const void* logical, std::int3
                                                   std::uint32_t* physical_length) {
     const LogicalSource<logical_size> in{logical};
     PhysicalRecord<physical_size> out;
-    // Any other kind leaves the record all zero, without even the header byte, and is no failure.
-    const Number kind = in.little32(L(0));
-    if (kind == 0) {
-        place<kind_0>(out, in);
-    } else if (kind == 1) {
-        place<kind_1>(out, in);
-    } else if (kind == 2) {
-        place<kind_2>(out, in);
-    } else if (kind == 3) {
-        place<kind_3>(out, in);
-    } else if (kind == 4) {
-        place<kind_4>(out, in);
+    switch (each_from<0, 4>(in.little32(L(0)))) {
+        case 0:
+            place<kind_0>(out, in);
+            break;
+        case 1:
+            place<kind_1>(out, in);
+            break;
+        case 2:
+            place<kind_2>(out, in);
+            break;
+        case 3:
+            place<kind_3>(out, in);
+            break;
+        case 4:
+            place<kind_4>(out, in);
+            break;
+        default:
+            // Any other kind leaves the record all zero, without even the header byte, and is no failure.
+            break;
     }
     return finish(out, physical, physical_length);
 }
