@@ -342,11 +342,12 @@ unsigned each_below(unsigned count, const Number& number) {
 }
 
 unsigned each_from(unsigned first, unsigned last, const Number& number) {
-    unsigned value = first;
-    while (value <= last && !(number == Number{value})) {
-        ++value;
+    for (unsigned value = first; value <= last; ++value) {
+        if (number == Number{value}) {
+            return value;
+        }
     }
-    return value;
+    return last + 1;
 }
 
 }  // namespace number_detail
