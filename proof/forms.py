@@ -21,8 +21,8 @@ class Translator(NamedTuple):
     def greatest(self, letter):
         return self.sizes[letter][1]
 
-    def may_take_any_length(self):
-        return any(least != most for least, most in self.sizes.values())
+    def least(self, letter):
+        return self.sizes[letter][0]
 
 
 class Form(NamedTuple):

@@ -397,7 +397,7 @@ class Machine:
         if region is None:
             content = self.image.constants(start, stop - start)
             region = Region(f"{name}, data of the library", stop - start, lambda i: constant(content[i], 8),
-                            readable=content is not None, alignment=start & -start)
+                            readable=content is not None, alignment=min(start & -start, self.image_region.alignment))
             self._objects[name] = region
         return Pointer(region, constant(address - start, 64))
 
@@ -578,6 +578,10 @@ class Machine:
                 state.registers[register] = self.unknown(64)
         for register in VECTOR:
             state.registers[register] = self.unknown(128)
+        # What lies below the return address is the function's to use.
+        for place in state.memory[self.stack]:
+            if place < state.stack_pointer():
+                state.memory[self.stack][place] = self.unknown(8)
         state.registers["rax"] = destination
         state.flags = dict.fromkeys("czso")
         return self.ret(state)

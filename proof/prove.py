@@ -1,8 +1,9 @@
 """Proves that the machine code of the library does what its forms say. scripts/prove calls it with what it built."""
 
 import argparse
+import concurrent.futures
 import fnmatch
-import multiprocessing
+import functools
 import sys
 import time
 import traceback
@@ -62,15 +63,24 @@ class Prover:
 
     def _prove(self, translator):
         """What was proved, in words."""
-        of_length = claim.SIZES_BY_LENGTH.get(translator.name)
-        if of_length is None:
+        sizes = claim.SIZES_BY_LENGTH.get(translator.name)
+        words = None
+        self.compared_with_null = set()
+        if sizes is None:
+            sizes = functools.partial(claim.fixed_sizes, translator)
             try:
-                return self._prove_without_length(translator)
+                words = self._prove_without_length(translator)
             except LengthMatters:
                 pass
-        sizes = of_length or (lambda _: tuple(map(translator.greatest, translator.sides)))
+        if words is None:
+            words = self._prove_by_length(translator, sizes)
+        if self.compared_with_null:
+            self._prove_null(translator, sizes(0))
+            words += ", null pointers"
+        return words
+
+    def _prove_by_length(self, translator, sizes):
         least = 0 if translator.name in claim.NEGATIVE_LENGTH_IS_AN_ERROR else self.lengths.start
-        self.compared_with_null = set()
         for length in range(least, self.lengths.stop):
             d, forms = self.tool.forms(translator, length)
             self._check(forms, translator, d, sizes(length), length)
@@ -81,9 +91,6 @@ class Prover:
             if least < 0:
                 self._prove_for_all_lengths(translator, sizes, least - 1, 1)
                 words = "every length"
-        if self.compared_with_null:
-            self._prove_null(translator, sizes(0))
-            words += ", null pointers"
         return words
 
     def _prove_without_length(self, translator):
@@ -94,7 +101,13 @@ class Prover:
             if not names.isdisjoint(d.bits_of(*functions)):
                 raise LengthMatters
 
-        self._check(forms, translator, d, tuple(map(translator.greatest, translator.sides)), observe=observe)
+        size_in, size_out = map(translator.greatest, translator.sides)
+        self._check(forms, translator, d, (size_in, size_out), observe=observe)
+        # Where some forms have a shorter record to write, they keep to that.
+        least_out = translator.least(translator.sides[1])
+        for form in forms:
+            if least_out < size_out and claim.keeps_behind(d, translator, form, least_out):
+                self._check(forms, translator, d, (size_in, least_out), observe=observe, condition=form.condition)
         return f"{len(forms)} form{'s' if len(forms) > 1 else ''}"
 
     def _prove_for_all_lengths(self, translator, sizes, end, below):
@@ -143,14 +156,18 @@ def prove_library(library, tool_path, names, translators, greatest_length, proce
     executed = set()
     image = Image(library)
     print(f"== {library}, compiled by {image.compiler}", flush=True)
-    with multiprocessing.Pool(processes, _start, (library, tool_path, greatest_length, translators)) as pool:
-        for name, outcome, seconds, reached in pool.imap_unordered(_prove, names):
+    with concurrent.futures.ProcessPoolExecutor(
+            processes, initializer=_start, initargs=(library, tool_path, greatest_length, translators)) as pool:
+        for future in concurrent.futures.as_completed([pool.submit(_prove, name) for name in names]):
+            name, outcome, seconds, reached = future.result()
             counts[outcome.verdict] += 1
             executed |= reached
             done = sum(counts.values())
             print(f"[{done}/{len(names)}] {outcome.verdict} {name}: {outcome.words} ({seconds:.1f} s)", flush=True)
             for line in outcome.lines:
                 print("    " + line, flush=True)
+    if len(names) == len(translators):
+        print(f"no translators, and so not proved: {', '.join(sorted(image.functions.keys() - names))}")
     real = {insn.address for insn in image.all_instructions() if insn.mnemonic != "nop"}
     print(f"{counts[PROVED]} of {len(names)} translators proved, {counts[REFUTED]} refuted, {counts[RESISTS]} beyond"
           f" reach; {len(executed & real)} of {len(real)} instructions executed, in {time.monotonic() - started:.0f} s")
@@ -182,7 +199,7 @@ def main():
             for verdict, number in prove_library(library, options.tool, list(names), translators, options.length,
                                                  options.processes).items():
                 total[verdict] += number
-    except (OSError, ValueError, KeyError) as error:
+    except (OSError, ValueError, KeyError, concurrent.futures.BrokenExecutor) as error:
         print(f"scripts/prove: {error}", file=sys.stderr)
         return 2
     return 1 if total[REFUTED] else 2 if total[RESISTS] else 0

@@ -1,7 +1,9 @@
 """The proof can fail: errors planted in a copy of the library are each refuted, with a record that shows them.
 Takes the shared object and the tool."""
 
+import collections
 import pathlib
+import random
 import re
 import subprocess
 import sys
@@ -11,6 +13,7 @@ import unittest
 PROOF = pathlib.Path(__file__).resolve().parents[2] / "proof"
 sys.path.insert(0, str(PROOF))
 
+from claim import SIZES_BY_LENGTH  # noqa: E402
 from elftools.elf.elffile import ELFFile  # noqa: E402
 from forms import Tool  # noqa: E402
 from image import Image  # noqa: E402
@@ -200,12 +203,58 @@ print(outgoing.raw.hex())
         self.expect_access("nr_ldi_entry_st_result", stack_left, "(the stack|returns)")
 
     def test_status_left_open(self):
-        _, text, _ = self.plant("vrrp_vmac_entry_st_xlate_key", status_left_open)
+        _, text, _ = self.plant("cfm_hwo_xlate_tx_key", status_left_open)
         self.assertIn("of the status", text)
 
     def test_length_wrong(self):
         _, text, _ = self.plant("vrrp_vmac_entry_st_xlate_key", length_wrong)
         self.assertIn("bit 0 of the length", text)
+
+    def test_flipped_bits(self):
+        """Bits of the code of any translator are flipped. Where that is proved all the same, nothing is changed."""
+        random.seed(20261122)
+        names = sorted(name for name, translator in self.translators.items()
+                       if not translator.traits & {"checks_length", "takes_type", "takes_key"}
+                       and name not in SIZES_BY_LENGTH)
+        verdicts = collections.Counter()
+        for _ in range(60):
+            name = random.choice(names)
+            insn = random.choice([insn for insn in code_of(self.image, name) if insn.mnemonic != "nop"])
+            at = random.randrange(insn.size)
+            code = bytes(byte ^ (1 << random.randrange(8) if i == at else 0) for i, byte in enumerate(insn.code))
+            library = self.changed(insn.address, code)
+            outcome = self.prove(library, name)
+            verdicts[outcome.verdict] += 1
+            if outcome.verdict == PROVED:
+                self.assertEqual(self.differing(library, name), "", f"{name}: {insn.text} became {code.hex()}")
+        print(f"flipped bits: {dict(verdicts)}", file=sys.stderr)
+        self.assertGreater(verdicts[REFUTED], 30)
+
+    def differing(self, library, name):
+        """A record of chance that the two libraries translate differently."""
+        program = """
+import ctypes, random, sys
+*libraries, name, size_in, size_out = sys.argv[1:]
+libraries = [ctypes.CDLL(library) for library in libraries]
+random.seed(1)
+for number in range(10000):
+    dense = random.random()
+    record = bytes(random.getrandbits(8) if random.random() < dense else 0 for _ in range(int(size_in)))
+    outcomes = []
+    for library in libraries:
+        incoming = ctypes.create_string_buffer(record, len(record) + 1)
+        outgoing = ctypes.create_string_buffer(bytes([number % 256]) * int(size_out), int(size_out) + 1)
+        length = ctypes.c_uint32(number)
+        status = getattr(library, name)(incoming, len(record), outgoing, ctypes.byref(length))
+        outcomes.append((status, length.value, incoming.raw, outgoing.raw))
+    if outcomes[0] != outcomes[1]:
+        print(record.hex())
+        break
+"""
+        translator = self.translators[name]
+        run = [sys.executable, "-c", program, LIBRARY, str(library), name, *map(str, map(translator.greatest,
+                                                                                         translator.sides))]
+        return subprocess.run(run, capture_output=True, text=True, check=True).stdout.strip()
 
 
 if __name__ == "__main__":
