@@ -317,9 +317,51 @@ TEST(Layout, OfAllRecordsIsAText) {
         EXPECT_NE(out.find(heading), std::string::npos) << heading;
     }
     EXPECT_LE(widest_line(out), 80U);
-    expect_error({"layout", "4", "--all"}, 2,
-                 "--all lists every record as text: expected no table or name, --length or --json beside it");
+    for (const Words& arguments : {Words{"layout", "4", "--all"}, Words{"layout", "--all", "--length-argument", "3"}}) {
+        expect_error(arguments, 2,
+                     "--all lists every record as text: expected no table or name, --length, --length-argument or "
+                     "--json beside it");
+    }
     expect_error({"layout"}, 2, "TABLE_OR_NAME is missing: expected a table id (0 to 127) or a translator's name");
+}
+
+TEST(Layout, TellsWhatBecomesOfAnyLengthArgument) {
+    EXPECT_EQ(expect_done({"layout", "generic_xlate_key", "--length-argument", "3"}).out,
+              "generic_xlate_key, key of 52 tables\n"
+              "generic record\n"
+              "in L (0 to 47 bytes), out P (0 to 47 bytes)\n"
+              "NPXLATE_OK, length 3\n"
+              "\n"
+              "every record\n"
+              "  P0-2             L0-2                copied\n");
+    EXPECT_EQ(expect_done({"layout", "generic_xlate_key", "--length-argument", "48"}).out,
+              "generic_xlate_key, key of 52 tables\n"
+              "generic record\n"
+              "in L (0 to 47 bytes), out P (0 to 47 bytes)\n"
+              "NPXLATE_INVALID, no length stored\n"
+              "\n"
+              "writes nothing\n");
+    // Most do not look at it, whatever it is.
+    const std::string any = expect_done({"layout", "4"}).out;
+    EXPECT_EQ(expect_done({"layout", "4", "--length-argument=-1"}).out, any);
+    EXPECT_EQ(expect_done({"layout", "4", "--length-argument", "2147483647"}).out, any);
+
+    const json refused =
+        json::parse(expect_done({"layout", "11", "--role", "reverse", "--length-argument", "1", "--json"}).out);
+    const json taken =
+        json::parse(expect_done({"layout", "icu_src_port_logical_res_xlate", "--length-argument", "8", "--json"}).out);
+    const json one_more =
+        json::parse(expect_done({"layout", "icu_src_port_logical_res_xlate", "--length-argument", "9", "--json"}).out);
+    EXPECT_EQ(refused["forms"][0]["status"], 0);
+    EXPECT_EQ(taken["forms"][0]["status"], 0);
+    EXPECT_EQ(one_more["forms"][0]["status"], 22);
+
+    for (const char* const wrong : {"x", "2147483648", "1.5"}) {
+        const Outcome outcome = run({"layout", "4", "--length-argument", wrong});
+        EXPECT_EQ(outcome.status, 2) << wrong;
+        EXPECT_NE(outcome.err.find("--length-argument"), std::string::npos) << outcome.err;
+    }
+    EXPECT_EQ(run({"layout", "4", "--length", "30", "--length-argument", "30"}).status, 2);
 }
 
 TEST(Find, GivesRecordsByPositionNameValueAndWords) {

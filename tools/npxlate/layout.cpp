@@ -262,8 +262,10 @@ std::string to_text(const LayoutTable& table, const Naming& all_names, bool by_f
 
 // Every record, as a text to read and to search.
 void run_all(const Options& options) {
-    if (options.subject.given() || options.json || options.length) {
-        throw WrongInput{"--all lists every record as text: expected no table or name, --length or --json beside it"};
+    if (options.subject.given() || options.json || options.length || options.length_argument) {
+        throw WrongInput{
+            "--all lists every record as text: expected no table or name, --length, --length-argument or --json beside "
+            "it"};
     }
     bool first = true;
     for (const Translator& translator : catalogue::translators()) {
