@@ -5,6 +5,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -19,6 +20,8 @@ Reply key_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 2};
 }
+
+const support::Models models{{key, key_model}};
 
 TEST(EgressPort, IsTable19WithGenericResults) {
     EXPECT_EQ(l2p_ucode_func_table[19].key, egr_port_xlate_key);

@@ -6,6 +6,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -40,6 +41,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     rest.apply(in, out);
     return {.length = 32};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(NextHopIndex, IsTable98AndReadsBackGenerically) {
     EXPECT_EQ(l2p_ucode_func_table[98].key, nhindex_type_xlate_key);

@@ -11,6 +11,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -171,6 +172,8 @@ Bytes example(Variant variant) {
 Bytes there_and_back(const Bytes& logical) {
     return translate(reverse, translate(result, logical).out, Bytes(30, 0xee)).out;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse, reverse_model}};
 
 TEST(RxAdjacency, IsTable4) {
     EXPECT_EQ(l2p_ucode_func_table[4].key, rx_adjacency_type_xlate_key);

@@ -6,6 +6,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -32,6 +33,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 32};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(StrictRpfList, IsTable16AndReadsBackGenerically) {
     EXPECT_EQ(l2p_ucode_func_table[16].key, strict_rpf_uidb_list_type_xlate_key);

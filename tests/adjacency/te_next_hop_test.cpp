@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -115,6 +116,8 @@ bool marked(std::uint64_t index) {
     put_little(logical, 8, 3, index);
     return bit(translate(result, logical).out, 0, 7);
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(TeNextHop, IsTable7AndReadsBackGenerically) {
     EXPECT_EQ(l2p_ucode_func_table[7].key, te_nh_adjacency_type_xlate_key);

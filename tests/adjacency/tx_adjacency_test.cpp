@@ -10,6 +10,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -320,6 +321,8 @@ Bytes example(Layout layout) {
 Bytes there_and_back(const Bytes& logical) {
     return translate(reverse, translate(result, logical).out, Bytes(90, 0xee)).out;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse, reverse_model}};
 
 TEST(TxAdjacency, IsTable5) {
     EXPECT_EQ(l2p_ucode_func_table[5].key, tx_adjacency_type_xlate_key);

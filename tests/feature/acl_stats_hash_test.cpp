@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -48,6 +49,8 @@ Reply read_back_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {read_back, read_back_model}};
 
 TEST(AclStatsHash, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(8), Bytes(8, 0xff), counting(8, 0x91)});

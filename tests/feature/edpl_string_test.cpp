@@ -4,6 +4,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -22,6 +23,8 @@ Reply result_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 32};
 }
+
+const support::Models models{{result, result_model}};
 
 TEST(EdplString, StampsTheHeaderAndReadsNothing) { check(result, result_model, {}); }
 

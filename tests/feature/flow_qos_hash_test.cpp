@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -42,6 +43,8 @@ Reply result_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 16};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(FlowQosHash, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(24), Bytes(24, 0xff), counting(24, 0x91)});

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -70,6 +71,8 @@ Reply result_model(const Bytes& in, Bytes& out) {
     out.at(27) = static_cast<std::uint8_t>(bits(in, 12, 7, 2));
     return {.length = 32};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(HQosHash, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(8), Bytes(8, 0xff), counting(8, 0x93)});

@@ -4,6 +4,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -39,6 +40,8 @@ Reply read_back_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {read_back, read_back_model}};
 
 TEST(IcuSrcPort, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(1), Bytes(1, 0xff), Bytes(1, 0xa6)});

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -62,6 +63,8 @@ Reply read_back_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {read_back, read_back_model}};
 
 TEST(LiMd, CarriesWhatItsPositionsSay) {
     walk(result, result_model, {Bytes(30), Bytes(30, 0xff), counting(30), counting(30, 0x91)});

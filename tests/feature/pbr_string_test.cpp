@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -46,6 +47,8 @@ Bytes with_flags(Bytes in, std::uint8_t flags) {
     in.at(1) = flags;
     return in;
 }
+
+const support::Models models{{result, result_model}};
 
 TEST(PbrString, CarriesWhatItsPositionsSay) {
     for (const Bytes& base : {Bytes(34), Bytes(34, 0xff), counting(34), counting(34, 0x91)}) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -29,6 +30,8 @@ Reply result_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{result, result_model}};
 
 TEST(PifibString, CarriesWhatItsPositionsSay) {
     walk(result, result_model, {Bytes(32), Bytes(32, 0xff), counting(32), counting(32, 0x91)});

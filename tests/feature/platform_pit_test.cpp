@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -137,6 +138,8 @@ Bytes with_flags(Bytes base, unsigned l0, unsigned l3) {
 Bytes record(unsigned l0, unsigned l3) { return with_flags(counting(83), l0, l3); }
 
 std::string translated(const Bytes& in) { return hex(translate(result, in, Bytes(32, 0xff)).out); }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(PlatformPit, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(5), Bytes(5, 0xff), counting(5, 0x91)});

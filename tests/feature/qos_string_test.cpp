@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -148,6 +149,8 @@ std::string marking(const Bytes& in, const Group& group) {
     const auto start = out.begin() + static_cast<std::ptrdiff_t>(group.mask);
     return hex(Bytes(start, start + 8));
 }
+
+const support::Models models{{result, result_model}};
 
 TEST(QosString, CarriesWhatItsPositionsSay) {
     walk(result, result_model, {Bytes(36), Bytes(36, 0xff), counting(36, 1), counting(36, 0xb1)});

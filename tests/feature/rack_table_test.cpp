@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -48,6 +49,8 @@ Reply result_model(const Bytes& in, Bytes& out) {
     }
     return {.length = 32};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(RackTable, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(2), Bytes(2, 0xff), counting(2, 0x91)});

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -33,6 +34,8 @@ Reply result_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 8};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(RemotePunt, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(1), Bytes(1, 0xff), Bytes(1, 0xa6)});

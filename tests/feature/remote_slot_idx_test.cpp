@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -26,6 +27,8 @@ Reply read_back_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{read_back, read_back_model}};
 
 TEST(RemoteSlotIdx, CarriesWhatItsPositionsSay) {
     walk(read_back, read_back_model, {Bytes(8), Bytes(8, 0xff), counting(8, 0x91)});

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -54,6 +55,8 @@ Reply result_model(const Bytes& in, Bytes& out) {
     }
     return {.length = 32};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(RxCommonFlow, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(32), Bytes(32, 0xff), counting(32), counting(32, 0x91)});

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -56,6 +57,11 @@ Reply result_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 32};
 }
+
+const support::Models models{{external_key, external_key_model}, {short_keys[0], short_key_model},
+                             {short_keys[1], short_key_model},   {short_keys[2], short_key_model},
+                             {results[0], result_model},         {results[1], result_model},
+                             {results[2], result_model}};
 
 TEST(RxService, CarriesWhatItsPositionsSay) {
     for (const Translator& key : short_keys) {

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -93,6 +94,8 @@ Bytes with_rate(Bytes in, std::uint16_t rate) {
     put_little(in, 0, 2, rate);
     return in;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {read_back, read_back_model}};
 
 TEST(SampleNfInfo, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(4), Bytes(4, 0xff), counting(4, 0x91)});

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -58,6 +59,11 @@ Reply leaf_result_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 32};
 }
+
+const support::Models models{{key_key, key_key_model},
+                             {key_result, key_result_model},
+                             {leaf_key, leaf_key_model},
+                             {leaf_result, leaf_result_model}};
 
 TEST(ScaleAcl, CarriesWhatItsPositionsSay) {
     walk(key_key, key_key_model, {Bytes(18), Bytes(18, 0xff), counting(18, 0x91)});

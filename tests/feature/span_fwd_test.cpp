@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -93,6 +94,8 @@ Bytes limited_to(std::uint16_t value) {
     put_little(in, 18, 2, value);
     return in;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {read_back, read_back_model}};
 
 TEST(SpanFwd, CarriesWhatItsPositionsSay) {
     walk(key, key_model, {Bytes(4), Bytes(4, 0xff), counting(4, 0x91)});

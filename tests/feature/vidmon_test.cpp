@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -97,6 +98,12 @@ Bytes with_groups(Bytes in, unsigned groups) {
     set_bits(in, 0, 7, 6, groups);
     return in;
 }
+
+const support::Models models{{flow_result, flow_result_model},
+                             {interface_key, interface_key_model},
+                             {interface_result, interface_result_model},
+                             {payload_key, payload_key_model},
+                             {payload_result, payload_result_model}};
 
 TEST(Vidmon, CarriesWhatItsPositionsSay) {
     for (unsigned groups = 0; groups < 4; ++groups) {

@@ -10,6 +10,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -35,6 +36,19 @@ Reply result_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 4};
 }
+
+// The length that it reports follows its argument, whatever the record.
+const support::Models result_models{
+    "generic_fast_ip_xlate_result", [](std::size_t length, std::uint32_t) {
+        return support::Modelled{FORWARD(generic_fast_ip_xlate_result, length, 4), [length](Bytes& in, Bytes& out) {
+                                     Reply reply = result_model(in, out);
+                                     reply.length = static_cast<std::uint32_t>(length + 1);
+                                     return reply;
+                                 }};
+    }};
+const support::Models key_models{"generic_fast_ip_xlate_key", [](std::size_t length, std::uint32_t) {
+                                     return support::Modelled{key(length), key_model};
+                                 }};
 
 TEST(FastIpKey, CopiesUpTo47Bytes) {
     for (std::size_t length = 0; length <= 47; ++length) {

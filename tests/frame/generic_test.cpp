@@ -9,6 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 
 namespace {
@@ -66,6 +67,16 @@ void expect_refusals(Translator (*translator)(std::size_t), std::int32_t longest
         EXPECT_EQ(outcome.out, before) << length;
     }
 }
+
+const support::Models key_models{"generic_xlate_key", [](std::size_t length, std::uint32_t) {
+                                     return support::Modelled{key(length), key_model};
+                                 }};
+const support::Models result_models{"generic_xlate_result", [](std::size_t length, std::uint32_t) {
+                                        return support::Modelled{result(length), result_model};
+                                    }};
+const support::Models reverse_models{"generic_xlate_logical_result", [](std::size_t length, std::uint32_t) {
+                                         return support::Modelled{reverse(length), reverse_model};
+                                     }};
 
 TEST(GenericKey, CopiesUpTo47Bytes) { expect_copies(key, key_model, longest_key); }
 

@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -37,6 +38,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(ModuloKey, CarriesEveryBit) {
     walk(key, key_model, {Bytes(4), Bytes(4, 0xff), counting(4, 0x6a)});

@@ -9,6 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -55,6 +56,8 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     put_little(out, 60, 4, little(in, 8, 3) << 1);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse_result, reverse_model}};
 
 TEST(BridgeDomainExtKey, IsTheNumberLowOrderByteFirstAndAZero) {
     walk(key, key_model, patterns(2));

@@ -7,6 +7,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -102,6 +103,8 @@ void choose_back(Bytes& in, unsigned choice) {
 
 // A counting record with flags of its own in its first two bytes.
 Bytes member(const char* flags) { return with(counting(64), {{0, flags}}); }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse_result, reverse_model}};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Key

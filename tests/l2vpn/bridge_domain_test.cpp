@@ -9,6 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -156,6 +157,8 @@ void choose_back(Bytes& in, unsigned choice) {
     set_bit(in, 1, 5, (choice & 8) != 0);
     set_bits(in, 1, 1, 0, choice >> 4 & 3);
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse_result, reverse_model}};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Key

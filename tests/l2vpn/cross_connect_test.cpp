@@ -13,6 +13,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -300,6 +301,8 @@ std::vector<Bytes> bases_of_type(std::uint64_t type) {
     }
     return bases;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse_result, reverse_model}};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Key

@@ -6,6 +6,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -30,6 +31,8 @@ Reply result_model(Bytes&, Bytes& out) {
     out[0] = 0x11;
     return {.length = 8};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(DhcpBindingKey, CarriesItsFieldsAndNothingElse) {
     walk(key, key_model, patterns(18));

@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -75,6 +76,19 @@ Reply esi_reverse_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{msti_key, msti_key_model},
+                             {msti_result, msti_result_model},
+                             {msti_reverse, msti_reverse_model},
+                             {esi_key, esi_key_model},
+                             {esi_result, esi_result_model}};
+const support::Models reverse_models{"esi_info_logical_res_xlate", [](std::size_t, std::uint32_t last_of_key) {
+                                         Bytes logical_key(8, 0x3c);
+                                         logical_key.back() = static_cast<std::uint8_t>(last_of_key);
+                                         return support::Modelled{
+                                             reverse_with("esi_info_logical_res_xlate", 12, logical_key),
+                                             last_of_key == 0xff ? esi_reverse_model : msti_reverse_model};
+                                     }};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // MSTI form

@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -79,6 +80,10 @@ std::string pbb_key_of(std::uint32_t value) {
     put_little(in, 8, 4, value);
     return hex(translate(pbb_key, in).out);
 }
+
+const support::Models models{{pbb_key, pbb_key_model},         {pbb_result, pbb_result_model},
+                             {pbb_reverse, pbb_reverse_model}, {peer_key, peer_key_model},
+                             {peer_result, peer_result_model}, {peer_reverse, peer_reverse_model}};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // PBB-EVPN form

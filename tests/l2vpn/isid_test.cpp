@@ -9,6 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -52,6 +53,8 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse_result, reverse_model}};
 
 TEST(IsidKey, IsTheIsidAndASixteenBitValue) {
     walk(key, key_model, patterns(6));

@@ -10,6 +10,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -162,6 +163,8 @@ void choose_back(Bytes& in, unsigned choice) {
 
 // A counting record with flags of its own in L0-3.
 Bytes entry(const char* flags_in_hex) { return with(counting(72), {{0, flags_in_hex}}); }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse_result, reverse_model}};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Key

@@ -7,6 +7,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -56,6 +57,8 @@ Bytes labelled_zeros() {
     in[0] = 0x10;
     return in;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Key

@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -50,6 +51,8 @@ Reply reverse_model(Bytes& in, Bytes& out) {
     set_bit(out, 0, 0, in[11] == 4);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {reverse_result, reverse_model}};
 
 // ---------------------------------------------------------------------------------------------------------------------
 // Key

@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -167,6 +168,8 @@ Bytes physical_sample(std::uint8_t p0, std::uint8_t p1) {
 }
 
 Bytes round_trip(const Bytes& logical) { return translate(readback, translate(result, logical).out).out; }
+
+const support::Models models{{key, key_model}, {result, result_model}, {readback, readback_model}};
 
 TEST(EncapOle, KeyCarriesItsRowsAndNothingElse) {
     walk(key, key_model, {Bytes(7), Bytes(7, 0xff), counting(7, 0x81)});

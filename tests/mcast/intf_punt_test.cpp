@@ -6,6 +6,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -43,6 +44,8 @@ Reply result_model(const Bytes&, Bytes& out) {
     out = bytes(header_alone);
     return {.length = 16};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(IntfPunt, KeyCarriesItsRowsAndNothingElse) {
     walk(key, key_model, {Bytes(8), Bytes(8, 0xff), counting(8, 0x81)});

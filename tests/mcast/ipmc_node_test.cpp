@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -136,6 +137,8 @@ std::string word_of(std::uint32_t type, std::uint32_t flags_and_index) {
     const Bytes out = translate(result, record).out;
     return hex({out.begin() + 6, out.begin() + 9});
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {readback, readback_model}};
 
 TEST(IpmcNode, KeyKeepsItsByteOrder) {
     walk(key, key_model, {Bytes(3), Bytes(3, 0xff), counting(3, 0x81)});

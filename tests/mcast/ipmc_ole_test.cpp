@@ -9,6 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -151,6 +152,8 @@ Bytes physical_sample(std::uint8_t p0, std::uint8_t p1) {
     record[3] = 0x20;
     return record;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {readback, readback_model}};
 
 TEST(IpmcOle, KeyCarriesItsRowsAndNothingElse) {
     walk(key, key_model, {Bytes(8), Bytes(8, 0xff), counting(8, 0x81)});

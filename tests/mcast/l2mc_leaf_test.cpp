@@ -9,6 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -100,6 +101,10 @@ Reply readback_model(const Bytes& in, Bytes& out) {
 }
 
 std::vector<Bytes> bases(std::size_t size) { return {Bytes(size), Bytes(size, 0xff), counting(size, 0x81)}; }
+
+const support::Models models{{ipv4_key, ipv4_key_model},   {sg_key, sg_key_model},       {g_key, g_key_model},
+                             {result, result_model},       {sg_result, sg_result_model}, {readback, readback_model},
+                             {sg_readback, readback_model}};
 
 TEST(L2mcLeaf, EveryTranslatorCarriesItsRowsAndNothingElse) {
     const struct {

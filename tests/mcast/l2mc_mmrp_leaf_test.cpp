@@ -7,6 +7,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -61,6 +62,8 @@ Reply readback_model(const Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {readback, readback_model}};
 
 TEST(L2mcMmrpLeaf, EveryTranslatorCarriesItsRowsAndNothingElse) {
     const struct {

@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -96,6 +97,8 @@ Bytes sample() {
     record[21] = 0x01;
     return record;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {readback, readback_model}};
 
 TEST(L2mcNode, EveryTranslatorCarriesItsRowsAndNothingElse) {
     const struct {

@@ -8,6 +8,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -107,6 +108,8 @@ Bytes physical_sample(std::uint8_t p0) {
     record[2] = 0x04;
     return record;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {readback, readback_model}};
 
 TEST(L2mcOle, KeyCarriesItsRowsAndNothingElse) {
     walk(key, key_model, {Bytes(8), Bytes(8, 0xff), counting(8, 0x81)});

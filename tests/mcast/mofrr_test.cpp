@@ -7,6 +7,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -108,6 +109,11 @@ Bytes watchdog(std::uint8_t flags) {
     record[0] = flags;
     return record;
 }
+
+const support::Models models{{info_key, info_key_model},
+                             {watchdog_key, watchdog_key_model},
+                             {info_result, info_result_model},
+                             {watchdog_result, watchdog_result_model}};
 
 TEST(Mofrr, KeysCarryTheirRowsAndNothingElse) {
     walk(info_key, info_key_model, bases(8));

@@ -9,6 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -217,6 +218,13 @@ Bytes sample(std::uint32_t type) {
     record[4] = 0x0f;
     return record;
 }
+
+const support::Models models{{table_key, table_key_model},       {encap_key, encap_key_model},
+                             {mlc_key, mlc_key_model},           {table_result, table_result_model},
+                             {encap_result, encap_result_model}, {mlc_result, mlc_result_model}};
+const support::Models readback_models{"ipmc_encap_logical_res_xlate", [](std::size_t, std::uint32_t type) {
+                                          return support::Modelled{readback(type), readback_model(type)};
+                                      }};
 
 TEST(MvpnEncap, EveryForwardTranslatorCarriesItsRowsAndNothingElse) {
     const struct {

@@ -7,6 +7,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -76,6 +77,8 @@ Bytes sample(std::uint8_t variant_bits) {
     record[1] = 0x01;
     return record;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(P2mpMplsOle, KeyCarriesItsRowsAndNothingElse) {
     walk(key, key_model, {Bytes(9), Bytes(9, 0xff), counting(9, 0x81)});

@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -183,6 +184,17 @@ void check_variants(const Translator& translator, const Model& model, const Vari
     }
     check_random(translator, model);
 }
+
+const support::Models models{{tx_key, tx_key_model},
+                             {rx_key, rx_key_model},
+                             {disc_key, rx_key_model},
+                             {encap_result, encap_result_model},
+                             {payload_result, payload_result_model},
+                             {rx_result, rx_result_model},
+                             {disc_result, disc_result_model},
+                             {encap_back, encap_back_model},
+                             {payload_back, payload_back_model},
+                             {rx_back, rx_back_model}};
 
 TEST(BfdTxKey, EveryBitGoesWhereItBelongs) {
     check_variants(

@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -137,6 +138,10 @@ const std::vector<Reading> readings{
     {tx_key, tx_key_model},         {rx_key, rx_key_model},     {tx_result, tx_result_model}, {tx_back, tx_back_model},
     {tx2_result, tx2_result_model}, {tx2_back, tx2_back_model}, {rx_result, rx_result_model}, {rx_back, rx_back_model},
 };
+
+const support::Models models{{tx_key, tx_key_model},         {rx_key, rx_key_model},       {tx_result, tx_result_model},
+                             {tx2_result, tx2_result_model}, {rx_result, rx_result_model}, {tx_back, tx_back_model},
+                             {tx2_back, tx2_back_model},     {rx_back, rx_back_model}};
 
 TEST(Cfm, EveryBitGoesWhereItBelongs) {
     for (const auto& [translator, model] : readings) {

@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -34,6 +35,8 @@ Reply back_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{vmac_key, key_model}, {vmac_result, result_model}, {vmac_back, back_model}};
 
 TEST(Vrrp, EveryBitGoesWhereItBelongs) {
     const std::vector<Bytes> bases{Bytes(8), Bytes(8, 0xff), counting(8, 0x81)};

@@ -2,6 +2,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -31,6 +32,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     labels.apply(in, out);
     return Reply{.status = 0, .length = 16};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(ExtendedLspAttributeKey, KeepsItsThreeBytes) {
     const Outcome outcome = translate(key, bytes("12 34 56"));

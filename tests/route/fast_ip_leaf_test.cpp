@@ -4,6 +4,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -50,6 +51,8 @@ Translator with_null(npxlate_key_fn* translate, int argument, std::size_t size) 
             },
             size, size};
 }
+
+const support::Models models{{ipv4_key, ipv4_key_model}, {ipv6_key, ipv6_key_model}, {result, result_model}};
 
 // ---- Keys ----
 

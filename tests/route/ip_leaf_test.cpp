@@ -7,6 +7,7 @@
 
 #include "route/route_records.h"
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -268,6 +269,8 @@ const Bytes next_hop_leaf = with(Bytes(64), {{0, "02"},
                                              {48, "48 20 00 51"}});
 
 Bytes there_and_back(const Bytes& in) { return translate(back, translate(result, in).out).out; }
+
+const support::Models models{{key, key_model}, {result, result_model}, {back, back_model}};
 
 // ---- Key ----
 

@@ -4,6 +4,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -42,6 +43,11 @@ Translator key_with_null(int argument) {
             },
             20, 20};
 }
+
+const support::Models models{{result, result_model}};
+const support::Models key_models{"ipv6_ll_xlate_hash_key", [](std::size_t length, std::uint32_t) {
+                                     return support::Modelled{key_of(length), key_model};
+                                 }};
 
 // ---- Key ----
 

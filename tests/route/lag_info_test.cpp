@@ -5,6 +5,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -40,6 +41,8 @@ Reply back_model(Bytes& in, Bytes& out) {
     restored.apply(in, out);
     return Reply{};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {back, back_model}};
 
 // ---- Key ----
 

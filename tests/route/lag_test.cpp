@@ -6,6 +6,7 @@
 
 #include "route/route_records.h"
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -52,6 +53,8 @@ Reply back_model(Bytes& in, Bytes& out) {
     }
     return Reply{};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}, {back, back_model}};
 
 // ---- Key ----
 

@@ -10,6 +10,7 @@
 
 #include "route/route_records.h"
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -264,6 +265,8 @@ void shape_only(Bytes& in, std::size_t variant) {
 Bytes leaf(std::string_view flags) { return with(counting(90), {{0, flags}}); }
 
 std::string translated(const Bytes& in) { return hex(translate(result, in).out); }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 // ---- Key ----
 

@@ -2,6 +2,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -26,6 +27,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return Reply{.status = 0, .length = 8};
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(MplsRpfListKey, EveryBitLandsWhereItBelongs) {
     walk(key, key_model, {Bytes(4), Bytes(4, 0xff), counting(4, 0x71)});

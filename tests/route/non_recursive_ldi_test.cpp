@@ -8,6 +8,7 @@
 
 #include "route/route_records.h"
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -251,6 +252,8 @@ const Bytes plain_entry = with(Bytes(168), {{0, "01 00 00 00 33"},
                                             {160, "a0 a1 a2 a3 a4 a5 a6 a7"}});
 
 std::string translated(const Bytes& in) { return hex(translate(result, in).out); }
+
+const support::Models models{{key, key_model}, {result, result_model}, {back, back_model}};
 
 // ---- Key ----
 

@@ -2,6 +2,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -74,6 +75,8 @@ Reply back_model(Bytes& in, Bytes& out) {
 }
 
 const Bytes bundle = bytes("07 01 34 5a c7 ff 5a b3 fd ff 8a 8b 8c 8d 8e 8f");
+
+const support::Models models{{key, key_model}, {result, result_model}, {back, back_model}};
 
 // ---- Key ----
 

@@ -7,6 +7,7 @@
 
 #include "route/route_records.h"
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -70,6 +71,8 @@ std::vector<Bytes> all_entries(const Bytes& pattern) {
     }
     return entries;
 }
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 // ---- Key ----
 

@@ -2,6 +2,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -50,6 +51,8 @@ Bytes chain(Bytes pattern, std::size_t count) {
 const Bytes ten_labels = with(Bytes(52), {{12, "11 11 f1 ff"},
                                           {16, "22 22 f2 ff 33 33 f3 ff 44 44 f4 ff 55 55 f5 ff 66 66 f6 ff"},
                                           {36, "77 77 f7 ff 88 88 f8 ff 99 99 f9 ff aa aa fa ff"}});
+
+const support::Models models{{key, key_model}, {result, result_model}};
 
 TEST(SrTeLspAttributeKey, KeepsItsThreeBytes) {
     const Outcome outcome = translate(key, bytes("12 34 56"));

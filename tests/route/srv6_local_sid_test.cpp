@@ -2,6 +2,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -23,6 +24,8 @@ Reply entry_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return Reply{.status = 0, .length = 8};
 }
+
+const support::Models models{{key, key_model}, {entry, entry_model}};
 
 TEST(Srv6LocalSidKey, KeepsItsTwoBytes) {
     const Outcome outcome = translate(key, bytes("34 12"), Bytes(2, 0xff));

@@ -6,6 +6,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -102,6 +103,14 @@ std::vector<Bytes> bases() {
     }
     return all;
 }
+
+const support::Models models{
+    {key, key_model}, {either, either_model}, {list, list_model}, {information, information_model}};
+const support::Models encapsulation_models{"ipv6_srh_encap_logical_res_xlate", [](std::size_t length, std::uint32_t) {
+                                               return support::Modelled{
+                                                   REVERSE(ipv6_srh_encap_logical_res_xlate, length, 0),
+                                                   [](Bytes&, Bytes&) { return Reply{}; }};
+                                           }};
 
 // ---- Key ----
 

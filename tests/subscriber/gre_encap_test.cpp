@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -26,6 +27,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 32};
 }
+
+const support::Models models{{encap_key, key_model}, {encap_result, result_model}};
 
 TEST(GreEncap, EveryBitGoesWhereItBelongs) {
     walk(encap_key, key_model, {Bytes(3), Bytes(3, 0xff), counting(3, 0x81)});

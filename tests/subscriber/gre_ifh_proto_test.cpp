@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -25,6 +26,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {.length = 8};
 }
+
+const support::Models models{{proto_key, key_model}, {proto_result, result_model}};
 
 TEST(GreIfhProto, EveryBitGoesWhereItBelongs) {
     walk(proto_key, key_model, {Bytes(6), Bytes(6, 0xff), counting(6, 0x81)});

@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -44,6 +45,9 @@ Reply back_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{
+    {qualifier_key, key_model}, {qualifier_result, result_model}, {qualifier_back, back_model}};
 
 // ---- Every bit ----
 

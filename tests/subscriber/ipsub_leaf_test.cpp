@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -47,6 +48,8 @@ Bytes shifted_key(unsigned control) {
     logical[20] = static_cast<std::uint8_t>(control);
     return logical;
 }
+
+const support::Models models{{leaf_key, key_model}, {leaf_result, result_model}};
 
 TEST(IpsubLeafKey, EveryBitGoesWhereItBelongs) {
     for (unsigned control = 0; control < 256; ++control) {

@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -83,6 +84,8 @@ Reply back_model(Bytes& in, Bytes& out) {
     rows.apply(in, out);
     return {};
 }
+
+const support::Models models{{leaf_key, key_model}, {leaf_result, result_model}, {leaf_back, back_model}};
 
 // ---- Every bit ----
 

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -111,6 +112,8 @@ Bytes of_kind(std::uint32_t kind, Bytes record) {
     put_little(record, 0, 4, kind);
     return record;
 }
+
+const support::Models models{{tunnel_key, key_model}, {tunnel_result, result_model}};
 
 TEST(L2tpv3ov6TunnelKey, EveryBitGoesWhereItBelongs) {
     for (const std::uint8_t swap : bytes("00 01 02 80 ff")) {

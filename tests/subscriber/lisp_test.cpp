@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -37,6 +38,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     (in[0] != 0 ? selected : otherwise).apply(in, out);
     return {.length = 8};
 }
+
+const support::Models models{{lisp_key, key_model}, {lisp_result, result_model}};
 
 // ---- Every bit ----
 

@@ -3,6 +3,7 @@
 #include <npxlate/npxlate.h>
 
 #include "support/harness.h"
+#include "support/models.h"
 #include "support/record.h"
 #include "support/rows.h"
 
@@ -30,6 +31,8 @@ Reply result_model(Bytes& in, Bytes& out) {
     put_little(out, 10, 3, little(in, 10, 4) >> 1);
     return {.length = 32};
 }
+
+const support::Models models{{leaf_key, key_model}, {leaf_result, result_model}};
 
 TEST(PppoeLeaf, EveryBitGoesWhereItBelongs) {
     walk(leaf_key, key_model, {Bytes(4), Bytes(4, 0xff), counting(4, 0x81)});

@@ -138,20 +138,28 @@ std::string differing_bits(const Bytes& a, const Bytes& b, char side) {
     return text;
 }
 
+// What the translator did over an output of `before` is what the model says.
+bool agrees(const Translator& translator, const Model& model, const Bytes& in, const Bytes& before,
+            const Outcome& actual) {
+    Outcome expected;
+    expected.out = before;
+    expected.in = in;
+    const Reply reply = model(expected.in, expected.out);
+    expected.status = reply.status;
+    expected.length = reply.length;
+    if (actual != expected) {
+        ADD_FAILURE() << translator.name << " of " << hex(in) << "\nover " << hex(before) << "\nexpected "
+                      << show(expected) << "\nactual " << show(actual) << "\ndiffers in "
+                      << differing_bits(expected.out, actual.out, '+');
+        return false;
+    }
+    return true;
+}
+
 bool agrees(const Translator& translator, const Model& model, const Bytes& in) {
     for (const int pattern : {0x00, 0xff, 0xa5}) {
         const Bytes before(translator.out_size, static_cast<std::uint8_t>(pattern));
-        Outcome expected;
-        expected.out = before;
-        expected.in = in;
-        const Reply reply = model(expected.in, expected.out);
-        expected.status = reply.status;
-        expected.length = reply.length;
-        const Outcome actual = translate(translator, in, before);
-        if (actual != expected) {
-            ADD_FAILURE() << translator.name << " of " << hex(in) << "\nover bytes of " << pattern << "\nexpected "
-                          << show(expected) << "\nactual " << show(actual) << "\ndiffers in "
-                          << differing_bits(expected.out, actual.out, '+');
+        if (!agrees(translator, model, in, before, translate(translator, in, before))) {
             return false;
         }
     }
@@ -205,6 +213,11 @@ Outcome translate_with_length(const Translator& translator, const Bytes& in, std
 }
 
 void check(const Translator& translator, const Model& model, const Bytes& in) { agrees(translator, model, in); }
+
+bool check_over(const Translator& translator, const Model& model, const Bytes& in, const Bytes& before) {
+    return agrees(translator, model, in, before,
+                  call_once(translator, in, static_cast<std::int32_t>(in.size()), before, Place::at_end));
+}
 
 void walk(const Translator& translator, const Model& model, const Bytes& base) {
     if (!agrees(translator, model, base)) {

@@ -66,6 +66,9 @@ using Model = std::function<Reply(Bytes& in, Bytes& out)>;
 // The translator does to `in` what the model says, over zeros, over ones and over a pattern, at several addresses.
 void check(const Translator& translator, const Model& model, const Bytes& in);
 
+// The same once, over an output that holds this; tells whether it does.
+bool check_over(const Translator& translator, const Model& model, const Bytes& in, const Bytes& before);
+
 // check() for the base record and for the base record with each of its bits changed in turn: no bit is carried that the
 // model does not carry, and none is missed.
 void walk(const Translator& translator, const Model& model, const Bytes& base);
