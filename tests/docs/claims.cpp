@@ -47,7 +47,11 @@ public:
         return *journey_;
     }
 
-    std::size_t bits_in() const { return 8 * passage_.translator().in().most; }
+    // A length argument may promise more than the records have.
+    std::size_t bits_in() const {
+        return 8 * std::max(passage_.translator().in().most,
+                            static_cast<std::size_t>(std::max(passage_.forms().length(), 0)));
+    }
     std::size_t bits_out() const { return std::max(8 * passage_.translator().out().most, passage_.bits_out()); }
 
     Node bit(char letter, std::size_t at) const {
@@ -580,15 +584,25 @@ std::vector<Statement> statements_in(const std::string& text) {
 }
 
 Subject subject_of_table(unsigned table) {
-    return {&catalogue::of_table(table, Role::key), &catalogue::of_table(table, Role::result),
-            &catalogue::of_table(table, Role::reverse)};
+    const Translator* const result = &catalogue::of_table(table, Role::result);
+    return {&catalogue::of_table(table, Role::key), result, &catalogue::of_table(table, Role::reverse), result};
 }
 
-Subject subject_of(const Translator& translator) {
+Subject subject_of(const std::vector<const Translator*>& translators) {
     Subject subject;
-    (translator.role == Role::key       ? subject.key
-     : translator.role == Role::reverse ? subject.reverse
-                                        : subject.result) = &translator;
+    const std::vector<unsigned> tables = catalogue::tables_of(*translators.front());
+    if (!tables.empty() && translators.front()->family != "frame") {
+        subject = subject_of_table(tables.front());
+    }
+    const auto of_role = [&](Role role) -> const Translator*& {
+        return role == Role::key ? subject.key : role == Role::result ? subject.result : subject.reverse;
+    };
+    for (const Translator* const translator : translators) {
+        of_role(translator->role) = translator;
+    }
+    const bool keys_alone =
+        std::ranges::all_of(translators, [](const Translator* one) { return one->role == Role::key; });
+    subject.unnamed = keys_alone ? translators.front() : subject.result;
     return subject;
 }
 
@@ -596,9 +610,7 @@ std::string refuted(const Subject& subject, const std::string& claim) {
     static const std::regex of_translator{R"(^([a-z]\w*)?(?:@(-?\d+))? *(.*)$)"};
     std::smatch match;
     std::string text = claim;
-    const Translator* translator = subject.result != nullptr ? subject.result
-                                   : subject.key != nullptr  ? subject.key
-                                                             : subject.reverse;
+    const Translator* translator = subject.unnamed;
     std::optional<std::int32_t> length;
     if (const std::size_t colon = claim.find(':'); colon == std::string::npos) {
         fail("a colon is missing", claim);

@@ -48,14 +48,16 @@ struct Statement {
 
 std::vector<Statement> statements_in(const std::string& text);
 
-// The translators of a table; of a by-name record the one meant.
+// The translators that the words of a claim mean.
 struct Subject {
     const catalogue::Translator* key = nullptr;
     const catalogue::Translator* result = nullptr;
     const catalogue::Translator* reverse = nullptr;
+    const catalogue::Translator* unnamed = nullptr;  // without a word in front
 };
 Subject subject_of_table(unsigned table);
-Subject subject_of(const catalogue::Translator& translator);
+// Of translators that are declared together: those of their table that are not among them are meant, too.
+Subject subject_of(const std::vector<const catalogue::Translator*>& translators);
 
 // Empty if the claim holds; else what is wrong, with a record that shows it. std::runtime_error if it is no claim.
 std::string refuted(const Subject& subject, const std::string& claim);
