@@ -66,7 +66,8 @@ TEST(HeaderClaims, HoldEverySentenceOfEveryDeclaration) {
         if (!translators.empty()) {
             declaration.append(" NPXLATE_API int32_t ").append(translators.front()->name).append("(");
         }
-        EXPECT_NE(header.find("/* " + text + " */" + declaration), std::string::npos) << subject << ": " << text;
+        const std::string comment = std::string{"/* "}.append(text).append(" */").append(declaration);
+        EXPECT_NE(header.find(comment), std::string::npos) << subject << ": " << text;
         for (const Translator* const translator : translators) {
             held.insert(translator->name);
         }
