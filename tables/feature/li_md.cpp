@@ -46,7 +46,7 @@ std::int32_t li_md_st_xlate_key(const void* logical, std::int32_t, void* physica
     if (in.bit(L(0, 0))) {
         const Number index = ((in.little16(L(0)) >> 1) + flagged_index_offset) & 0x7fff;
         change_input<2>(in, L(0), index << 1 | 1);
-        put_little<2>(out, P(0), index);
+        put_little<2>(out, P(0), index, "index");
     } else {
         place<key>(out, in);
     }

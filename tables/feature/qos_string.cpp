@@ -110,8 +110,8 @@ NPXLATE_INLINE Number low_code(const LogicalSource<logical_size>& in) {
 template <L pair, P values>
 NPXLATE_INLINE void put_pair(PhysicalRecord<physical_size>& out, const LogicalSource<logical_size>& in,
                              const Number& high_shift, const Number& low_shift, const char* words) {
-    put(out, values, described(marking(high_code<pair>(in), in.byte(pair.after(1)) >> high_shift), words));
-    put(out, values.after(1), described(marking(low_code<pair>(in), in.byte(pair.after(2)) >> low_shift), words));
+    put(out, values, described(marking(high_code<pair>(in), in.byte(pair.after(1)) >> high_shift), words), "marking value");
+    put(out, values.after(1), described(marking(low_code<pair>(in), in.byte(pair.after(2)) >> low_shift), words), "marking value");
 }
 
 template <const Group& group>
@@ -125,15 +125,15 @@ NPXLATE_INLINE void put_markings(PhysicalRecord<physical_size>& out, const Logic
     const Number low_mask = entry_of(kinds, low_code<pair_1>(in), &Kind::mask);
     const Number low_shift = entry_of(kinds, low_code<pair_1>(in), &Kind::shift);
     const Number added = low_mask & ~high_mask;
-    put_little<2>(out, group.mask, described(high_mask | added, group.mask_words));
+    put_little<2>(out, group.mask, described(high_mask | added, group.mask_words), "kind mask");
 
     const Number high = in.byte(pair_1.after(1)) >> high_shift;
     const Number low = in.byte(pair_1.after(2)) >> low_shift;
     const Truth low_first = high_mask < added;
     put(out, values,
-        described(marking(high_code<pair_1>(in), choose(low_first, low, high)), group.pair_1_words));
+        described(marking(high_code<pair_1>(in), choose(low_first, low, high)), group.pair_1_words), "marking value");
     put(out, values.after(1),
-        described(marking(low_code<pair_1>(in), choose(low_first, high, low)), group.pair_1_words));
+        described(marking(low_code<pair_1>(in), choose(low_first, high, low)), group.pair_1_words), "marking value");
 
     put_pair<pair_1.after(3), values.after(2)>(out, in, high_shift, low_shift, group.pairs_2_and_3_words);
     put_pair<pair_1.after(6), values.after(4)>(out, in, high_shift, low_shift, group.pairs_2_and_3_words);

@@ -33,6 +33,6 @@ std::int32_t quill_rack_table_xlate_result(const void* logical, std::int32_t, vo
     PhysicalRecord<physical_size> out;
     place<result>(out, in);
     // The one queue index that stays little-endian.
-    put_little<2>(out, P(16), apply(queue_index, in.little16(L(0)), in.byte(L(2))));
+    put_little<2>(out, P(16), apply(queue_index, in.little16(L(0)), in.byte(L(2))), "virtual queue index");
     return finish(out, physical, physical_length);
 }

@@ -65,7 +65,7 @@ std::int32_t r_ldi_entry_st_result(const void* logical, std::int32_t, void* phys
         paths = 0;
         change_input<1>(in, L(2), 0);
     }
-    put(out, P(3), 3 * paths + 4);
+    put(out, P(3), 3 * paths + 4, "path count");
     if (in.bit(L(1, 4))) {
         if (in.bit(L(0, 0))) {
             out.store(physical);
