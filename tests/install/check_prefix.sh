@@ -14,6 +14,15 @@ if [ "$with_tool" = ON ]; then
     files+=($(tool_files))
 fi
 check_files "$work/first" "${files[@]}"
+if [ "$with_tool" = ON ]; then
+    # Whoever looks for all records finds them where the pages say.
+    for records in share/doc/npxlate/npxlate-{atlas.html,records.txt}; do
+        [ -s "$work/first/$records" ] || fail "$records is empty."
+        for page in README.md packaging/npxlate.1 packaging/npxlate.3; do
+            grep -qF "$records" "$sources/$page" || fail "$page does not say that $records is installed."
+        done
+    done
+fi
 
 # A prefix is not bound to its place.
 prefix="$work/a prefix"
