@@ -2,12 +2,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
 #include <set>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "catalogue/catalogue.h"
+#include "docs/claims.h"
 #include "docs/journey.h"
+#include "npxlate/taken.h"
 
 namespace {
 
@@ -75,6 +81,73 @@ TEST(Debugging, NamesTheReversesThatGiveBackTheHeaderBits) {
         }
     }
     EXPECT_EQ(tables, (std::set<unsigned>{108, 109, 110}));
+}
+
+// "`examples/entries.jsonl` has an entry or more for every table with translators of its own"
+TEST(Debugging, IsRightAboutTheSampleEntries) {
+    std::ifstream file{NPXLATE_ENTRIES};
+    const std::string text{std::istreambuf_iterator<char>{file}, {}};
+    std::set<unsigned> tables;
+    const std::regex table{R"re("table": (\d+))re"};
+    for (std::sregex_iterator match{text.begin(), text.end(), table}, end; match != end; ++match) {
+        tables.insert(static_cast<unsigned>(std::stoul((*match)[1])));
+    }
+    for (unsigned id = 0; id < NPXLATE_TABLE_COUNT; ++id) {
+        const bool has_its_own =
+            std::ranges::any_of(std::vector{Role::key, Role::result, Role::reverse},
+                                [id](Role role) { return catalogue::of_table(id, role).family != "frame"; });
+        EXPECT_TRUE(tables.contains(id) || !has_its_own) << "table " << id;
+    }
+}
+
+// What the tool says of the records that a translator takes, where it does not take all.
+TEST(Taken, IsWhatTheTranslatorTakes) {
+    struct Saying {
+        const char* translator;
+        const char* words;
+        std::vector<const char*> claims;
+    };
+    const Saying sayings[] = {
+        {"xid_type_xlate_result",
+         "a type, L8-11, of 1 to 11, and in type 11 a selector, L60, of 0 to 2",
+         {"L8-11=1..10 or L8-11=11 L60<=2: status=0", "L8-11=0 or L8-11>11 or L8-11=11 L60>2: status=22"}},
+        {"ipmc_mofrr_mvpn_key_xlate",
+         "a type, L0-3, of 1 to 5",
+         {"L0-3=1..5: status=0", "L0-3=0 or L0-3>5: status=22"}},
+        {"ipmc_mofrr_mvpn_res_xlate",
+         "a type, L0-3, of 1 to 5",
+         {"L0-3=1..5: status=0", "L0-3=0 or L0-3>5: status=22"}},
+        {"ipmc_encap_logical_res_xlate",
+         "an entry type of 1 to 5",
+         {"reverse T=1..5: status=0", "reverse T=0 or T>5: status=22"}},
+        {"encap_ole_res_xlate", "a type, L0-3, of 1 to 4", {"L0-3=1..4: status=0", "L0-3=0 or L0-3>4: status=22"}},
+        {"encap_ole_logical_res_xlate",
+         "a type bit set: P0.7, P0.6, P0.5 or P1.6",
+         {"reverse P0.7-5!=0 or P1.6=1: status=0", "reverse P0.7-5=0 P1.6=0: status=22"}},
+        {"r_ldi_entry_st_result", "L1.4 or L0.0 clear", {"L1.4=0 or L0.0=0: status=0", "L1.4=1 L0.0=1: status=95"}},
+        {"srv6_sida_res_xlate",
+         "at most 4 segment identifiers, L2, where L0.0 is clear",
+         {"L0.0=1 or L2<=4: length=32", "L0.0=0 L2>4: length=none"}},
+        {"srv6_array_res_xlate", "L0.0 set", {"L0.0=1: status=0", "L0.0=0: status=22"}},
+        {"srv6_info_res_xlate",
+         "L0.0 clear and at most 4 segment identifiers, L2",
+         {"L0.0=0 L2<=4: status=0", "L0.0=1: status=22", "L0.0=0 L2>4: status=34"}},
+    };
+    std::set<std::string_view> told;
+    for (const Saying& saying : sayings) {
+        const Translator& translator = *catalogue::find(saying.translator);
+        EXPECT_NE(tool::what_is_taken(translator).find(std::string{" with "}.append(saying.words)), std::string::npos)
+            << saying.translator;
+        for (const char* const claim : saying.claims) {
+            EXPECT_EQ(docs::refuted(docs::subject_of({&translator}), claim), "") << saying.translator << ": " << claim;
+        }
+        told.insert(saying.translator);
+    }
+    for (const Translator& translator : catalogue::translators()) {
+        EXPECT_EQ(told.contains(translator.name),
+                  translator.has(Trait::rejects_records) || translator.has(Trait::hides_failures))
+            << translator.name;
+    }
 }
 
 }  // namespace
