@@ -91,28 +91,36 @@ NPXLATE_INLINE std::uint32_t any_bit(const std::uint8_t* from) {
     }
 }
 
-// Several bytes in reverse order; less than a byte as it is.
-template <unsigned width>
-NPXLATE_INLINE std::uint32_t in_big_endian(std::uint32_t value) {
-    if constexpr (width == 16) {
-        return __builtin_bswap16(static_cast<std::uint16_t>(value));
-    } else if constexpr (width > 8) {
-        return reversed_bytes(value, width / 8);
-    }
-    return value;
-}
-
-// The functions are constants here, so that the calls can be inlined.
-template <const auto& row, std::size_t from_size>
+// The value of a row that is a function of one field or of two, which are constants here, so that the calls can be
+// inlined.
+template <const auto& layout, std::size_t index, std::size_t from_size>
 NPXLATE_INLINE std::uint32_t mapped_value(const std::uint8_t* from) {
+    static constexpr const auto& row = layout.rows[index];
     constexpr std::uint64_t mask = (std::uint64_t{1} << row.to.width) - 1;
     const std::uint32_t first = field<row.from[0], from_size>(from);
     if constexpr (row.function_of_two != nullptr) {
         constexpr auto* apply = row.function_of_two->apply;
-        return in_big_endian<row.to.width>(apply(first, field<row.from[1], from_size>(from)) & mask);
+        return apply(first, field<row.from[1], from_size>(from)) & mask;
     } else {
         constexpr auto* apply = row.function->apply;
-        return in_big_endian<row.to.width>(apply(first) & mask);
+        return apply(first) & mask;
+    }
+}
+
+// A value as it stands in the record: several bytes are big-endian, the highest of them perhaps in one word and the
+// rest in the next.
+template <Span to, Side side, std::size_t to_size>
+NPXLATE_INLINE void write_mapped(Record<side, to_size>& out, std::uint32_t value) {
+    constexpr std::size_t word = to.first_bit / 64;
+    constexpr unsigned shift = to.first_bit % 64;
+    if constexpr (to.width <= 8) {
+        out.write(word, 0, std::uint64_t{value} << shift);
+    } else if constexpr (shift + to.width <= 64) {
+        out.write(word, 0, std::uint64_t{reversed_bytes(value, to.width / 8)} << shift);
+    } else {
+        constexpr unsigned behind = shift + to.width - 64;
+        out.write(word, 0, std::uint64_t{reversed_bytes(value >> behind, (to.width - behind) / 8)} << shift);
+        out.write(word + 1, 0, reversed_bytes(value & ((1U << behind) - 1), behind / 8));
     }
 }
 
@@ -126,11 +134,7 @@ NPXLATE_INLINE void place_computed(Record<side, to_size>& out, const std::uint8_
         constexpr std::size_t word = row.to.first_bit / 64;
         constexpr unsigned shift = row.to.first_bit % 64;
         if constexpr (row.kind == RowKind::mapped) {
-            const std::uint64_t value = mapped_value<row, from_size>(from);
-            out.write(word, 0, value << shift);
-            if constexpr (shift + row.to.width > 64) {
-                out.write(word + 1, 0, value >> (64 - shift));
-            }
+            write_mapped<row.to>(out, mapped_value<layout, index, from_size>(from));
         } else {
             const std::uint32_t found = any_bit<row.from[0], from_size>(from) | any_bit<row.from[1], from_size>(from) |
                                         any_bit<row.from[2], from_size>(from) | any_bit<row.from[3], from_size>(from) |
