@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 #include <unistd.h>
+#include <algorithm>
 #include <csignal>
 #include <cstring>
 #include <new>
@@ -157,13 +158,11 @@ bool agrees(const Translator& translator, const Model& model, const Bytes& in, c
 }
 
 bool agrees(const Translator& translator, const Model& model, const Bytes& in) {
-    for (const int pattern : {0x00, 0xff, 0xa5}) {
-        const Bytes before(translator.out_size, static_cast<std::uint8_t>(pattern));
-        if (!agrees(translator, model, in, before, translate(translator, in, before))) {
-            return false;
-        }
-    }
-    return true;
+    constexpr std::uint8_t patterns[] = {0x00, 0xff, 0xa5};
+    return std::ranges::all_of(patterns, [&](std::uint8_t pattern) {
+        const Bytes before(translator.out_size, pattern);
+        return agrees(translator, model, in, before, translate(translator, in, before));
+    });
 }
 
 }  // namespace

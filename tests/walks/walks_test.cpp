@@ -531,7 +531,8 @@ void Walk::expect_complete(const Form& form) {
 }
 
 void Walk::expect_large_complete() {
-    for (const auto& [made, large] : large_) {
+    for (const auto& entry : large_) {
+        const Large& large = entry.second;
         ++count_.groups;
         for (std::size_t value = 0; value < large.group.seen.size(); ++value) {
             EXPECT_EQ(
