@@ -10,14 +10,9 @@
 #include <utility>
 #include <vector>
 
+#include "trace/node.h"
+
 namespace npxlate::trace {
-
-using Node = std::uint32_t;
-constexpr Node never = 0;
-constexpr Node always = 1;
-
-// A bit on which functions depend, whichever its owner says it is.
-using BitId = std::uint16_t;
 
 class Diagrams {
 public:

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "frame/position.h"
-#include "trace/diagram.h"
+#include "trace/node.h"
 
 namespace npxlate {
 namespace trace {

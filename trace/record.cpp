@@ -1,5 +1,11 @@
 #include "trace/record.h"
 
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "trace/recorder.h"
+
 namespace npxlate {
 namespace trace {
 namespace {
@@ -26,7 +32,50 @@ void copy(const void* to_record, const void* from_record, unsigned first, std::i
     }
 }
 
+Truth truth(const Bit& bit, char letter, unsigned at) {
+    const std::string name = position(letter, at, 1);
+    return {bit, name + " set", name + " clear"};
+}
+
 }  // namespace
+
+Content::Content(std::size_t bytes) : bits(8 * bytes), writers(8 * bytes) {}
+Content::Content(const Content&) = default;
+Content& Content::operator=(const Content&) = default;
+Content::~Content() = default;
+
+Truth Content::bit(char letter, unsigned at) const { return truth(bits.at(at), letter, at); }
+
+Number Content::number(char letter, unsigned first_bit, unsigned width) const {
+    const auto first = bits.begin() + first_bit;
+    return {{first, first + width}, position(letter, first_bit, width)};
+}
+
+void Content::keep(const void* record, std::size_t first_byte) {
+    for (std::size_t bit = 8 * first_byte; bit < bits.size(); ++bit) {
+        bits[bit] = Recorder::current().read(record, bit);
+    }
+}
+
+void Content::store(void* record, std::size_t count) const {
+    for (std::size_t bit = 0; bit < std::min(bits.size(), 8 * count); ++bit) {
+        Recorder::current().write(record, bit, bits[bit], writers[bit]);
+    }
+}
+
+Truth read_bit(const void* record, unsigned at) {
+    const Recorder& recorder = Recorder::current();
+    return truth(recorder.read(record, at), recorder.letter(record), at);
+}
+
+Number read_number(const void* record, unsigned first_bit, unsigned width) {
+    const Recorder& recorder = Recorder::current();
+    std::vector<Bit> bits;
+    for (unsigned k = 0; k < width; ++k) {
+        bits.push_back(recorder.read(record, first_bit + k));
+    }
+    return {std::move(bits), position(recorder.letter(record), first_bit, width)};
+}
 
 void put(Content& content, unsigned first_bit, unsigned width, const Number& value, const char* name) {
     const std::uint16_t step = Recorder::current().add(

@@ -2,7 +2,6 @@
 // is known.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -10,7 +9,7 @@
 #include <npxlate/npxlate.h>
 
 #include "frame/layout.h"
-#include "trace/recorder.h"
+#include "trace/content.h"
 
 namespace npxlate {
 
@@ -21,10 +20,7 @@ public:
 
     const void* record() const { return record_; }
 
-    Truth bit(BitIn<side, size> at) const {
-        const std::string name = trace::position(trace::Recorder::current().letter(record_), at.first_bit(), 1);
-        return {trace::Recorder::current().read(record_, at.first_bit()), name + " set", name + " clear"};
-    }
+    Truth bit(BitIn<side, size> at) const { return trace::read_bit(record_, at.first_bit()); }
     Number bits(BitsIn<side, size> at) const { return number(at, at.width()); }
     Number byte(BytesIn<side, size, 1> at) const { return number(at, 8); }
     Number little16(BytesIn<side, size, 2> at) const { return number(at, 16); }
@@ -34,12 +30,7 @@ public:
 
 private:
     Number number(Position<side> at, unsigned width) const {
-        const trace::Recorder& recorder = trace::Recorder::current();
-        std::vector<trace::Bit> bits;
-        for (unsigned k = 0; k < width; ++k) {
-            bits.push_back(recorder.read(record_, at.first_bit() + k));
-        }
-        return {std::move(bits), trace::position(recorder.letter(record_), at.first_bit(), width)};
+        return trace::read_number(record_, at.first_bit(), width);
     }
 
     const void* record_;
@@ -53,41 +44,26 @@ using PhysicalSource = Source<Side::physical, size>;
 template <Side side, std::size_t size>
 class Record {
 public:
-    Record() {
-        content_.bits.resize(8 * size);
-        content_.writers.resize(8 * size);
-    }
-
     static Record kept_from(BytesIn<side, size, 1> first, const void* record) {
         Record result;
-        for (std::size_t bit = 8UL * first.byte; bit < 8 * size; ++bit) {
-            result.content_.bits[bit] = trace::Recorder::current().read(record, bit);
-        }
+        result.content_.keep(record, first.byte);
         return result;
     }
 
-    void store(void* record) const { store_first(record, static_cast<std::int32_t>(size)); }
+    void store(void* record) const { content_.store(record, size); }
     void store_first(void* record, std::int32_t bytes) const {
-        for (std::size_t bit = 0; bit < std::min(8 * size, 8 * static_cast<std::size_t>(bytes)); ++bit) {
-            trace::Recorder::current().write(record, bit, content_.bits[bit], content_.writers[bit]);
-        }
+        content_.store(record, static_cast<std::size_t>(bytes));
     }
 
-    Truth bit(BitIn<side, size> at) const {
-        const std::string name = trace::position(letter, at.first_bit(), 1);
-        return {content_.bits.at(at.first_bit()), name + " set", name + " clear"};
-    }
-    Number bits(BitsIn<side, size> at) const {
-        const auto first = content_.bits.begin() + at.first_bit();
-        return {{first, first + at.width()}, trace::position(letter, at.first_bit(), at.width())};
-    }
+    Truth bit(BitIn<side, size> at) const { return content_.bit(letter, at.first_bit()); }
+    Number bits(BitsIn<side, size> at) const { return content_.number(letter, at.first_bit(), at.width()); }
 
     trace::Content& content() { return content_; }
 
 private:
     static constexpr char letter = side == Side::logical ? 'L' : 'P';
 
-    trace::Content content_{};
+    trace::Content content_{size};
 };
 
 template <std::size_t size>
@@ -97,20 +73,8 @@ using PhysicalRecord = Record<Side::physical, size>;
 
 template <const auto& layout, Side side, std::size_t to_size, std::size_t from_size>
 void place(Record<side, to_size>& out, const Source<opposite(side), from_size>& in) {
-    const trace::Recorder& recorder = trace::Recorder::current();
-    trace::place(
-        trace::view<layout>(), out.content(), [&](unsigned bit) { return recorder.read(in.record(), bit); },
-        recorder.letter(in.record()));
+    trace::place(trace::view<layout>(), out.content(), in.record());
 }
-
-namespace trace {
-
-// The bits of a value to the record at the position, for one step.
-void put(Content& content, unsigned first_bit, unsigned width, const Number& value, const char* name);
-void change(const void* record, unsigned first_bit, unsigned width, const Number& value);
-void store(const void* record, unsigned first_bit, unsigned width, const Number& value);
-
-}  // namespace trace
 
 template <Side side, std::size_t size>
 void put(Record<side, size>& out, std::type_identity_t<BitsIn<side, size>> to, const Number& value,

@@ -10,14 +10,12 @@ namespace {
 thread_local Recorder* current_recorder = nullptr;
 thread_local Way* current_way = nullptr;
 
-constexpr std::size_t record_bits = 8 * max_record_bytes;
-
-std::vector<Bit> undetermined(Space space) {
-    std::vector<Bit> bits(record_bits);
-    for (std::size_t i = 0; i < record_bits; ++i) {
-        bits[i] = bit_of(bit_id(space, i));
+Content undetermined(Space space) {
+    Content content{max_record_bytes};
+    for (std::size_t i = 0; i < content.bits.size(); ++i) {
+        content.bits[i] = bit_of(bit_id(space, i));
     }
-    return bits;
+    return content;
 }
 
 using Read = std::function<Bit(unsigned)>;
@@ -61,8 +59,8 @@ bool reads_whole_fields(RowKind kind) {
 }  // namespace
 
 template <Side side>
-LayoutView view_of(const char* title, const Row<side>* rows, std::size_t count) {
-    LayoutView view{title, side, {}, {}};
+const LayoutView& make_view(const char* title, const Row<side>* rows, std::size_t count) {
+    auto& view = *new LayoutView{title, side, {}, {}};  // for as long as the program runs
     for (std::size_t i = 0; i < count; ++i) {
         const Row<side>& row = rows[i];
         view.rows.push_back({row.kind,
@@ -85,8 +83,8 @@ LayoutView view_of(const char* title, const Row<side>* rows, std::size_t count) 
     std::ranges::stable_sort(view.bits, {}, &RowBit::combines);
     return view;
 }
-template LayoutView view_of(const char*, const Row<Side::logical>*, std::size_t);
-template LayoutView view_of(const char*, const Row<Side::physical>*, std::size_t);
+template const LayoutView& make_view(const char*, const Row<Side::logical>*, std::size_t);
+template const LayoutView& make_view(const char*, const Row<Side::physical>*, std::size_t);
 
 void each_way(const std::function<void()>& body, const std::function<void(const Way&)>& after) {
     Way* const outer = current_way;
@@ -136,6 +134,8 @@ Recorder::Recorder(Diagrams& diagrams, Side in_side, const void* in, const void*
       in_address_{in},
       out_address_{out},
       argument_address_{argument},
+      in_{max_record_bytes},
+      out_{max_record_bytes},
       outer_{current_recorder} {
     current_recorder = this;
     reset();
@@ -151,8 +151,8 @@ Recorder& Recorder::current() {
 }
 
 void Recorder::reset() {
-    in_ = {undetermined(Space::in), std::vector<std::vector<Writer>>(record_bits)};
-    out_ = {undetermined(Space::out), std::vector<std::vector<Writer>>(record_bits)};
+    in_ = undetermined(Space::in);
+    out_ = undetermined(Space::out);
     steps_.clear();
 }
 
@@ -206,8 +206,10 @@ Number Recorder::tx_adj_key_max() {
     return {std::move(bits), "TX_ADJ_KEY_MAX"};
 }
 
-void place(const LayoutView& layout, Content& content, const Read& read, char letter) {
+void place(const LayoutView& layout, Content& content, const void* from_record) {
     Recorder& recorder = Recorder::current();
+    const Read read = [&](unsigned bit) { return recorder.read(from_record, bit); };
+    const char letter = recorder.letter(from_record);
     const std::uint16_t step = recorder.add({.kind = Step::placed, .layout = &layout});
     std::vector<Number> values(layout.rows.size(), Number{0});
     for (std::size_t i = 0; i < layout.rows.size(); ++i) {

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "frame/layout.h"
+#include "trace/content.h"
+#include "trace/diagram.h"
 #include "trace/number.h"
 #include "trace/position.h"
 
@@ -47,22 +49,12 @@ struct RowBit {
     bool combines;
 };
 
-// A layout as data. Layouts are told apart by the address of their view.
 struct LayoutView {
     const char* title;
     Side side;
     std::vector<RowView> rows;
     std::vector<RowBit> bits;  // in the order in which they are written: what is ORed in comes last
 };
-
-template <Side side>
-LayoutView view_of(const char* title, const Row<side>* rows, std::size_t count);
-
-template <const auto& layout>
-const LayoutView& view() {
-    static const LayoutView instance = view_of<layout.side>(layout.title, layout.rows.data(), layout.rows.size());
-    return instance;
-}
 
 // One thing that a translator does.
 struct Step {
@@ -83,13 +75,6 @@ struct Step {
     bool operator==(const Step&) const = default;
 };
 
-// Who wrote a bit: which step, and which row of its layout.
-struct Writer {
-    std::uint16_t step;
-    std::uint16_t row;
-    bool operator==(const Writer&) const = default;
-};
-
 struct Decision {
     Truth truth;
     Node node;
@@ -107,12 +92,6 @@ struct Way {
 // Runs the body once for every way through it; `after` is told the way.
 void each_way(const std::function<void()>& body, const std::function<void(const Way&)>& after);
 bool decide(const Truth& truth);
-
-// A record as it is at the moment.
-struct Content {
-    std::vector<Bit> bits{};
-    std::vector<std::vector<Writer>> writers{};  // the one that wrote last, and those that ORed in after it
-};
 
 class Recorder {
 public:
@@ -147,13 +126,10 @@ private:
     const void* in_address_;
     const void* out_address_;
     const void* argument_address_;
-    Content in_{};
-    Content out_{};
+    Content in_;
+    Content out_;
     std::vector<Step> steps_{};
     Recorder* outer_;
 };
-
-// Places a layout: `read` gives the bits of the record read.
-void place(const LayoutView& layout, Content& content, const std::function<Bit(unsigned)>& read, char letter);
 
 }  // namespace npxlate::trace
