@@ -12,7 +12,6 @@
 // overwrite belongs into a layout of its own, placed after the first.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <concepts>
 #include <cstddef>
@@ -39,6 +38,9 @@ struct Cell {
 using Cells = std::array<Cell, 8 * max_record_bytes>;
 
 namespace layout_detail {
+
+// As std::max, whose header would be most of what there is to read for a source of the library.
+constexpr unsigned larger(unsigned a, unsigned b) { return a < b ? b : a; }
 
 // The bit that stands where bit `bit` of a value of so many bytes stands after the value's bytes are reversed.
 constexpr unsigned reversed_bit(unsigned bit, unsigned byte_count) { return 8 * (byte_count - 1 - bit / 8) + bit % 8; }
@@ -174,7 +176,8 @@ struct Layout {
     constexpr std::size_t bytes_written() const {
         unsigned end = 0;
         for (const Row<to_side>& row : rows) {
-            layout_detail::for_each_bit(row, [&](unsigned to, Cell, bool) { end = std::max(end, to + 1); });
+            layout_detail::for_each_bit(row,
+                                        [&](unsigned to, Cell, bool) { end = layout_detail::larger(end, to + 1); });
         }
         return (end + 7) / 8;
     }
@@ -183,12 +186,12 @@ struct Layout {
         for (const Row<to_side>& row : rows) {
             layout_detail::for_each_bit(row, [&](unsigned, Cell cell, bool) {
                 if (cell.kind == Cell::moved || cell.kind == Cell::inverted) {
-                    end = std::max(end, cell.from + 1U);
+                    end = layout_detail::larger(end, cell.from + 1U);
                 }
             });
             if (row.reads_whole_fields()) {
                 for (const Span& span : row.from) {
-                    end = std::max(end, unsigned{span.first_bit} + span.width);
+                    end = layout_detail::larger(end, unsigned{span.first_bit} + span.width);
                 }
             }
         }
