@@ -597,5 +597,164 @@ class Atlas(unittest.TestCase):
         self.assertEqual(self.browser.log("browser"), [])
 
 
+NAMES = """
+[[record]]
+table = 4
+fields = [
+    { name = "labelled", at = "L0.5" },
+    { name = "queue", at = "L4-5", as = "hex" },
+    { name = "range", at = "L8", words = "range" },
+    { name = "next.mtu", at = "L12-13", union = "next" },
+    { name = "next.context", at = "L12-15", union = "next" },
+    { name = "nexthop", at = "L24-27", as = "ipv4" },
+    { name = "<b>spare", at = "L3" },
+]
+when = { "next.mtu" = "labelled=0", "next.context" = "labelled=1" }
+[record.words.range]
+none = 0
+four = 4
+quad = 4
+"""
+
+# A name of every style, of bits in several orders.
+STYLES = """
+[[record]]
+table = 13
+fields = [
+    { name = "n", at = "L0-7", as = "number" },
+    { name = "s", at = "L8-9 L10.3-0", as = "signed" },
+    { name = "s64", at = "L96-103", as = "signed" },
+    { name = "h", at = "L11-19", as = "hex" },
+    { name = "f", at = "L20.3", as = "flag" },
+    { name = "l", at = "L21-22 L23.3-0", as = "label" },
+    { name = "v4", at = "L24-27", as = "ipv4", order = "big" },
+    { name = "v4l", at = "L28-31", as = "ipv4" },
+    { name = "v6", at = "L32-47", as = "ipv6" },
+    { name = "v6l", at = "L48-63", as = "ipv6", order = "little" },
+    { name = "m", at = "L64-69", as = "mac" },
+    { name = "b", at = "L70-76", as = "bytes" },
+    { name = "bl", at = "L77-79", as = "bytes", order = "little" },
+    { name = "w", at = "L80.1-0", words = "w" },
+    { name = "split", at = "L82 L81.7-4", as = "number" },
+    { name = "u.a", at = "L84-85", union = "u" },
+    { name = "u.b", at = "L84", union = "u" },
+]
+when = { "u.a" = ["f=1 w=two", "L80.0=0"], "u.b" = "L83=0x12" }
+[record.words.w]
+two = 2
+deux = 2
+three = 3
+"""
+
+
+class NamedAtlas(unittest.TestCase):
+    """The page with a names file."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.folder.cleanup)
+        cls.browser = Browser()
+        cls.addClassCleanup(cls.browser.close)
+
+    def open(self, names):
+        file, page = (pathlib.Path(self.folder.name, name) for name in ("names.toml", "atlas.html"))
+        file.write_text(names)
+        subprocess.run([TOOL, "atlas", "--names", str(file), str(page)], check=True)
+        self.browser.open("about:blank")
+        self.browser.open(page.as_uri())
+        return file
+
+    def text(self, css):
+        return self.browser.run("return document.querySelector(arguments[0])?.textContent", css)
+
+    def type_into(self, element_id, text):
+        self.browser.run("""const element = document.getElementById(arguments[0]);
+            element.value = arguments[1]; element.dispatchEvent(new Event('input'));""", element_id, text)
+
+    def names(self):
+        """The rows of the table of names."""
+        self.browser.run("document.getElementById('tab-names').click()")
+        return self.browser.run("""return [...document.querySelectorAll('#rows tbody tr')]
+            .map((row) => [...row.children].map((one) => one.textContent))""")
+
+    def go(self, place):
+        self.browser.run("location.hash = '#' + arguments[0]", place)
+        self.browser.wait_for("return document.title.startsWith(arguments[0])", place.split("/")[0])
+
+    def test_names_stand_beside_the_positions(self):
+        self.open(NAMES)
+        self.go(f"{RX_E}/L24.0")
+        self.browser.wait_for("return document.activeElement.matches(arguments[0])", cell("L24.0"))
+        self.assertIn("Called nexthop[0].", self.text("#said"))
+        rows = self.browser.run("return [...document.querySelectorAll('#rows tbody tr')].map((row) => row.textContent)")
+        self.assertIn("P8-11L24-27Rbytes reversed [nexthop]", rows)
+        self.assertTrue(any(row.startswith("P6-7") and "[queue, range]" in row for row in rows), rows)
+        # Variant E has L0.5, labelled, clear, and so the MTU; variant A has it set: then it is the context.
+        self.assertEqual([name for name, *_ in self.names()], ["labelled", "queue", "range", "next.mtu", "nexthop", "<b>spare"])
+        self.go(RX_A)
+        self.browser.wait_for("return location.hash.includes('variant-a')")
+        self.browser.wait_for("return document.querySelector('#form .forms [aria-checked=true] span').textContent.startsWith('variant A')")
+        self.assertNotIn("next.mtu", [name for name, *_ in self.names()])
+        # A translator without names is as it was.
+        self.go("ext_lspa_st_result")
+        self.assertIsNone(self.text("#tab-names"))
+
+    def test_values_are_those_of_the_pasted_record(self):
+        self.open(NAMES)
+        self.go(RX)
+        self.type_into("paste", "0000000023010000040000004200000000000000000000000100000a0000")
+        self.assertEqual(self.names(), [
+            ["labelled", "L0.5", "0"], ["queue", "L4-5", "0x123"], ["range", "L8", "four"], ["next.mtu", "L12-13", "66"],
+            ["nexthop", "L24-27", "10.0.0.1"], ["<b>spare", "L3", "0"]])
+        self.browser.run("document.getElementById('paste-side').value = 'P'")
+        self.type_into("paste", "9100000000000d230a00000142000000")
+        self.browser.run("[...document.querySelectorAll('#candidates button')].find((one) => one.textContent.startsWith('variant E')).click()")
+        names = self.names()
+        self.assertIn(["nexthop", "L24-27", "10.0.0.1"], names)
+        self.assertIn(["<b>spare", "L3", "0 — free"], names)
+
+    def test_the_search_finds_names(self):
+        self.open(NAMES)
+        self.type_into("search", "NextHop")
+        found = self.browser.run("""return [...document.querySelectorAll('#list a')].filter((one) => one.checkVisibility())
+            .map((one) => [one.querySelector('b').textContent, one.querySelector('small').textContent, one.getAttribute('href')])""")
+        self.assertEqual([name for name, *_ in found], [RX, "rx_adjacency_type_logical_xlate_result"])
+        self.assertIn("[nexthop]", found[0][1])
+        self.assertTrue(found[0][2].endswith("/L24.0"), found[0][2])
+        self.type_into("search", "spare result")
+        self.assertEqual(self.text("#list a:not([hidden]) small"), "<b>spare: L3")
+
+    def test_values_of_every_style_are_written_as_the_tool_writes_them(self):
+        file = self.open(STYLES)
+        name = "nr_ldi_entry_st_result"
+        choose = random.Random(20)
+        records = [choose.randbytes(168) for _ in range(20)]
+        records += [bytes(168), bytes([255]) * 168]
+        for _ in range(60):  # addresses with runs of zeros, and both ways in which IPv4 stands in IPv6
+            record = bytearray(choose.choice(records[:20]))
+            for at in (32, 48):
+                groups = [choose.choice([0, 0, 0, 0xffff, choose.randrange(65536)]) for _ in range(8)]
+                record[at:at + 16] = b"".join(group.to_bytes(2, "big") for group in groups)
+            if choose.random() < 0.3:
+                record[32:42] = bytes(10)
+            record[80], record[83] = choose.randrange(4), choose.choice([0x12, 0])
+            records.append(bytes(record))
+        page = self.browser.run("""
+            const translator = records.data.translators.find(({ name }) => name === arguments[0]);
+            return arguments[1].map((bytes) => {
+                const [one] = records.formsOf(translator, bytes, { argument: null, txAdjKeyMax: 4095 });
+                return records.namesFor(one.form, one.in).map((name) => [name.name, records.valueOfName(name, name.bits.map((bit) => one.in[bit]))]);
+            });""", name, [list(record) for record in records])
+        for record, seen in zip(records, page):
+            explained = subprocess.run([TOOL, "explain", name, "--json", "--names", str(file), record.hex()], check=True, capture_output=True, text=True)
+            self.assertEqual(seen, [[one["name"], one["value"]] for one in json.loads(explained.stdout)["names"]], record.hex())
+
+    def test_without_names_the_page_is_as_it_is(self):
+        plain, empty = (subprocess.run([TOOL, "atlas", "-", *more], check=True, capture_output=True).stdout
+                        for more in ([], ["--names", "/dev/null"]))
+        self.assertEqual(plain, empty)
+
+
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])

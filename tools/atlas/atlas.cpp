@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -47,7 +48,7 @@ private:
 };
 
 // First bit and width of each, one after the other.
-json spans_to_json(const std::vector<Span>& spans) {
+json spans_to_json(std::span<const Span> spans) {
     json list = json::array();
     for (const Span& span : spans) {
         list.push_back(span.first_bit);
@@ -271,27 +272,75 @@ json notes_on(const Translator& translator) {
     return list;
 }
 
+// [name, bits with the lowest of the value first, style, words, when], without what is empty at the end: words with
+// their numbers, and alternatives of what has to hold together, each bits and their values. Numbers are text, since
+// they may have 64 bits.
+json name_to_json(const names::Field& field, const std::string& name) {
+    json words = json::array();
+    for (const names::Word& word : field.words) {
+        words.push_back({word.word, std::to_string(word.value)});
+    }
+    json when = json::array();
+    for (const std::vector<names::Requirement>& together : field.when) {
+        json all = json::array();
+        for (const names::Requirement& requirement : together) {
+            json bits = json::array();
+            for (std::size_t bit = 0; const std::uint16_t at : names::bits_in_order(requirement.bits)) {
+                bits.insert(bits.end(), {at, requirement.value.at(bit / 8) >> bit % 8 & 1});
+                ++bit;
+            }
+            all.push_back(std::move(bits));
+        }
+        when.push_back(std::move(all));
+    }
+    json list{name, spans_to_json(field.bits), names::to_string(field.style), std::move(words), std::move(when)};
+    while (list.back() == json::array()) {
+        list.erase(list.size() - 1);
+    }
+    return list;
+}
+
+json names_to_json(const Translator& translator, const names::Names& names) {
+    const std::vector<const names::Record*> records = names.all_of(translator);
+    json list = json::array();
+    for (const names::Record* const record : records) {
+        for (const names::Field& field : record->fields) {
+            // Of several tables, whose it is.
+            const bool of_table = record->table && catalogue::tables_of(translator).size() > 1;
+            list.push_back(
+                name_to_json(field, field.name + (of_table ? " (table " + std::to_string(*record->table) + ")" : "")));
+        }
+    }
+    return list;
+}
+
 json range_to_json(const Lengths& lengths) { return {lengths.least, lengths.most}; }
 
-json translator_to_json(const Translator& translator, Pool& texts) {
+json translator_to_json(const Translator& translator, const names::Names* names, Pool& texts) {
     Pool fields;
     json sections = sections_to_json(explain::layout_of(translator), fields, texts);
     json lengths = lengths_to_json(translator, fields, texts);
-    return {{"name", translator.name},
-            {"title", catalogue::title(translator)},
-            {"role", to_string(translator.role)},
-            {"family", translator.family},
-            {"tables", tables_of(translator)},
-            {"logical", range_to_json(translator.logical)},
-            {"physical", range_to_json(translator.physical)},
-            {"argument", translator.has(Trait::takes_type)  ? json("T")
-                         : translator.has(Trait::takes_key) ? json("K")
-                                                            : json(nullptr)},
-            {"hidesFailures", translator.has(Trait::hides_failures)},
-            {"notes", notes_on(translator)},
-            {"fields", fields.items()},
-            {"sections", std::move(sections)},
-            {"lengths", std::move(lengths)}};
+    json result{{"name", translator.name},
+                {"title", catalogue::title(translator)},
+                {"role", to_string(translator.role)},
+                {"family", translator.family},
+                {"tables", tables_of(translator)},
+                {"logical", range_to_json(translator.logical)},
+                {"physical", range_to_json(translator.physical)},
+                {"argument", translator.has(Trait::takes_type)  ? json("T")
+                             : translator.has(Trait::takes_key) ? json("K")
+                                                                : json(nullptr)},
+                {"hidesFailures", translator.has(Trait::hides_failures)},
+                {"notes", notes_on(translator)},
+                {"fields", fields.items()},
+                {"sections", std::move(sections)},
+                {"lengths", std::move(lengths)}};
+    if (names != nullptr) {
+        if (json named = names_to_json(translator, *names); !named.empty()) {
+            result["names"] = std::move(named);
+        }
+    }
+    return result;
 }
 
 json titles_to_json() {
@@ -319,11 +368,11 @@ json kinds_to_json() {
 }
 
 // As it may stand between script tags.
-std::string data() {
+std::string data(const names::Names* names) {
     Pool texts;
     json translators = json::array();
     for (const Translator& translator : catalogue::translators()) {
-        translators.push_back(translator_to_json(translator, texts));
+        translators.push_back(translator_to_json(translator, names, texts));
     }
     const std::string text =
         json{{"kinds", kinds_to_json()},      {"statuses", statuses_to_json()}, {"titles", titles_to_json()},
@@ -346,10 +395,10 @@ void fill_in(std::string& text, std::string_view place, std::string_view what) {
 
 }  // namespace
 
-std::string page() {
+std::string page(const names::Names* names) {
     std::string text{page_html};
     fill_in(text, "{css}", page_css);
-    fill_in(text, "{data}", data());
+    fill_in(text, "{data}", data(names));
     fill_in(text, "{records}", page_records);
     fill_in(text, "{js}", page_js);
     return text;

@@ -3,8 +3,11 @@
 
 #include <string>
 
+#include "names/names.h"
+
 namespace atlas {
 
-std::string page();
+// With names, these stand beside the logical positions.
+std::string page(const names::Names* names = nullptr);
 
 }  // namespace atlas

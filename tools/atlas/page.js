@@ -1,6 +1,6 @@
 "use strict";
 (() => {
-const { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, openFields, expand, inSide, outSide, lengths } = records;
+const { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, openFields, namesFor, namesAt, valueOfName, expand, inSide, outSide, lengths } = records;
 const byName = new Map(data.translators.map((translator) => [translator.name, translator]));
 const byId = (id) => document.getElementById(id);
 const main = byId("main");
@@ -79,12 +79,21 @@ function happens(field) {
   return (field.kind === "constant" ? `constant ${field.text}` : field.text) + (field.combines ? ", ORed in" : "");
 }
 
-function fieldText(translator, field) {
+const logicalSide = (translator, field) => (inSide(translator) === "L" ? field.from : field.to);
+
+// The user's own names of bits, behind what is said of them.
+function inBrackets(names, bits) {
+  const said = namesAt(names, bits);
+  return said.length ? ` [${said.join(", ")}]` : "";
+}
+
+function fieldText(translator, field, names = translator.names) {
   const to = bitsName(outSide(translator), field.to);
   const name = field.name ? `${field.name}: ` : "";
-  if (field.kind === "constant") return `${name}${to} = ${field.text}`;
-  if (field.from.length === 0) return `${name}${to}: ${field.text}`;
-  return `${name}${to} ← ${bitsName(inSide(translator), field.from)}, ${field.text}`;
+  const own = inBrackets(names, logicalSide(translator, field));
+  if (field.kind === "constant") return `${name}${to} = ${field.text}${own}`;
+  if (field.from.length === 0) return `${name}${to}: ${field.text}${own}`;
+  return `${name}${to} ← ${bitsName(inSide(translator), field.from)}, ${field.text}${own}`;
 }
 
 const address = (translator, form, position) =>
@@ -101,7 +110,7 @@ const record = (side) => (side === inSide(shown.translator) ? shown.bits.into : 
 
 function partOf(field, kind) {
   if (!field || kind === "cleared" || kind === "left_alone") return [];
-  if (field.to.length > 1 && kind !== "computed") return [`Part of ${fieldText(shown.translator, field)}.`];
+  if (field.to.length > 1 && kind !== "computed") return [`Part of ${fieldText(shown.translator, field, shown.names)}.`];
   return field.name ? [`Field: ${field.name}.`] : [];
 }
 
@@ -158,6 +167,8 @@ function sentence(side, bit) {
     }
     if (what.to.length || what.computes.length) small.push(...partOf(what.field, what.kind));
   }
+  const own = side === "L" ? namesAt(shown.names, [bit]) : [];
+  if (own.length) small.unshift(`Called ${own.join(", ")}.`);
   const here = hereIs(side, bit);
   if (here) small.unshift(here);
   return [...said, " ", h("small", null, small.join(" "))];
@@ -236,8 +247,8 @@ function fillCells(side) {
     cell.className = `bit k-${what.kind}${start ? " start" : ""}${steersToo(what) ? " too" : ""}${value === null ? "" : free ? " free" : value ? " one" : " zero"}${fate === "chosen" || fate === "several" ? ` ${fate}` : ""}`;
     cell.textContent = free ? "x" : value ?? (start || what.kind === "constant" && side === outSide(shown.translator) ? markOf(what) : "");
     const title = `${bitName(side, bit)} ${MARKS[what.kind][1]}${steersToo(what) ? ", steers, too" : ""}${value === null || free ? "" : `, ${value}`}${fate ? `, ${FATES[fate]}` : ""}`;
-    cell.title = title;
-    cell.setAttribute("aria-label", title);
+    cell.title = side === "L" ? title + inBrackets(shown.names, [bit]) : title;
+    cell.setAttribute("aria-label", cell.title);
   });
   for (let byte = 0; 8 * byte < bits.length; ++byte) {
     const values = Array.from({ length: 8 }, (_, i) => valueOf(side, 8 * byte + i));
@@ -284,12 +295,13 @@ function legend() {
     shown.bits.into.some(steersToo) ? h("li", null, h("i", { class: "bit too", "aria-hidden": "true" }), "steers, too") : null);
 }
 
-function fieldRow(translator, field, href) {
+function fieldRow(translator, field, names, href) {
   return h("tr", { "data-field": field.number, onmouseenter: () => { unmark(); markField(field); } },
     h("td", null, href ? h("a", { href }, bitsName(outSide(translator), field.to)) : bitsName(outSide(translator), field.to)),
     h("td", null, field.kind === "constant" ? field.text : bitsName(inSide(translator), field.from)),
     h("td", null, h("i", { class: `bit k-${field.kind}`, "aria-hidden": "true" }, MARKS[field.kind][0]),
       field.name ? h("b", null, field.name, ": ") : "", field.kind === "constant" ? "constant" : happens(field),
+      h("b", { class: "own" }, inBrackets(names, logicalSide(translator, field))),
       href && field.title ? h("small", null, ` — ${field.title}`) : ""));
 }
 
@@ -311,7 +323,7 @@ function positionTable() {
   const into = (kind) => bits.into.flatMap((bit, at) => (bit.kind === kind ? [at] : []));
   return h("table", { class: "rows", onmouseleave: rest },
     h("caption", { class: "hidden" }, "Position table of the form"), rowsHead(),
-    h("tbody", null, fields.map((field) => fieldRow(translator, field, address(translator, form, bitName(outSide(translator), field.to[0])))),
+    h("tbody", null, fields.map((field) => fieldRow(translator, field, shown.names, address(translator, form, bitName(outSide(translator), field.to[0])))),
       left(outSide(translator), "cleared", bits.out.flatMap((bit, at) => (bit.kind === "cleared" && at < 8 * form.bytes ? [at] : [])), "0, nothing is written there"),
       (form.changes ?? []).map((change) => changeRow(translator, change)),
       left(inSide(translator), "steers", into("steers"), "only steers, not carried"), left(inSide(translator), "dropped", into("dropped"), "not carried")));
@@ -326,18 +338,33 @@ function layoutList() {
     return h("table", { class: `rows layout${several && !gets ? " other" : ""}`, onmouseleave: rest },
       h("caption", null, data.texts[title], data.texts[title] ? h("br", null) : "", h("small", null, data.texts[when] ? `when ${data.texts[when]}` : "every record", gets && data.texts[when] ? " — this form gets it" : "")),
       rowsHead(),
-      h("tbody", null, fields.map((number) => fieldRow(translator, fieldOf(translator, number), null)), changes.map((change) => changeRow(translator, change))));
+      h("tbody", null, fields.map((number) => fieldRow(translator, fieldOf(translator, number), translator.names, null)), changes.map((change) => changeRow(translator, change))));
   });
 }
 
+// The user's own names that hold, with their values in a pasted record.
+function nameTable() {
+  const { names, values, translator } = shown;
+  const row = (name) => {
+    const bits = name.bits.map((bit) => valueOf("L", bit));
+    const fates = name.bits.map((bit) => (inSide(translator) === "L" ? values?.fates?.[bit] : null));
+    const told = fates.includes("several") ? FATES.several : fates.includes("free") ? "free" : "";
+    const at = bitsName("L", name.bits);
+    return h("tr", null, h("td", null, h("a", { href: address(translator, shown.form, bitName("L", name.bits[0])) }, name.name)), h("td", null, at),
+      h("td", null, bits.includes(null) ? "" : valueOfName(name, bits), told ? h("small", null, ` — ${told}`) : ""));
+  };
+  return h("table", { class: "rows" }, h("caption", { class: "hidden" }, "Names"),
+    h("thead", null, h("tr", null, h("th", null, "Name"), h("th", null, "Position"), h("th", null, "Value"))), h("tbody", null, names.map(row)));
+}
+
 function tables() {
-  const views = [["This form", false], ["Layouts", true]];
-  const tab = ([name, layouts]) => h("button", { type: "button", role: "tab", id: layouts ? "tab-layouts" : "tab-form", "aria-controls": "rows", "aria-selected": String(shown.layouts === layouts),
-    tabindex: shown.layouts === layouts ? "0" : "-1", onclick: () => { shown.layouts = layouts; byId("tables").replaceChildren(...tables()); byId(layouts ? "tab-layouts" : "tab-form").focus(); } }, name);
+  const views = [["This form", "form"], ["Layouts", "layouts"], ...(shown.translator.names.length ? [["Names", "names"]] : [])];
+  const tab = ([name, view]) => h("button", { type: "button", role: "tab", id: `tab-${view}`, "aria-controls": "rows", "aria-selected": String(shown.view === view),
+    tabindex: shown.view === view ? "0" : "-1", onclick: () => { shown.view = view; byId("tables").replaceChildren(...tables()); byId(`tab-${view}`).focus(); } }, name);
   return [
     h("div", { class: "tabs", role: "tablist", "aria-label": "Position table" }, views.map(tab)),
-    h("div", { id: "rows", role: "tabpanel", "aria-labelledby": shown.layouts ? "tab-layouts" : "tab-form" },
-      shown.layouts ? [h("p", { class: "holds" }, "Each layout once, in the order in which they are placed; a later one overwrites an earlier one."), ...layoutList()] : positionTable()),
+    h("div", { id: "rows", role: "tabpanel", "aria-labelledby": `tab-${shown.view}` },
+      shown.view === "names" ? nameTable() : shown.view === "layouts" ? [h("p", { class: "holds" }, "Each layout once, in the order in which they are placed; a later one overwrites an earlier one."), ...layoutList()] : positionTable()),
   ];
 }
 
@@ -397,6 +424,8 @@ const ARGUMENT_LABELS = { T: "Entry type", K: "Key byte 7" };
 
 function drawBits() {
   shown.bits = bitsOf(shown.form);
+  const known = shown.values && (inSide(shown.translator) === "L" ? shown.values.in : shown.values.out);
+  shown.names = namesFor(shown.form, known);
   shown.cells = {};
   shown.marked = [];
   shown.selected = null;
@@ -679,7 +708,8 @@ function indexOf(translator) {
   const fields = [...new Set(translator.forms.flatMap((form) => form.fields))].map((number) => fieldOf(translator, number));
   const items = [
     ...fields.filter((field) => !["cleared", "left_alone"].includes(field.kind))
-      .map((field) => ({ text: `${field.name} ${field.title} ${happens(field)}`.toLowerCase(), said: fieldText(translator, field), field })),
+      .map((field) => ({ text: `${field.name} ${field.title} ${happens(field)} ${namesAt(translator.names, logicalSide(translator, field)).join(" ")}`.toLowerCase(), said: fieldText(translator, field), field })),
+    ...translator.names.map(({ name, bits }) => ({ text: name.toLowerCase(), said: `${name}: ${bitsName("L", bits)}` })),
     ...[...new Set([...translator.sections.flatMap(([title, when]) => [data.texts[title], data.texts[when]]), ...translator.forms.flatMap((form) => [form.title, form.when]),
       ...translator.forms.flatMap((form) => (form.changes ?? []).map(([, change]) => data.texts[change])), ...translator.notes])]
       .filter(Boolean).map((text) => ({ text: text.toLowerCase(), said: text })),
@@ -721,8 +751,12 @@ const carrying = (translator, { side, first }) => translator.forms.find((form) =
   return !["cleared", "left_alone"].includes(field.kind) && (side === outSide(translator) ? field.to : field.from).includes(first);
 }));
 
-const found = (translator, words, position) =>
-  address(translator, position && carrying(translator, position), position && bitName(position.side, position.first));
+// A name leads to its first bit.
+function found(translator, words, position) {
+  const named = !position && words.length && translator.names.find(({ name }) => words.some((word) => name.toLowerCase().includes(word)));
+  const at = named ? { side: "L", first: named.bits[0] } : position;
+  return address(translator, at && carrying(translator, at), at && bitName(at.side, at.first));
+}
 
 function search() {
   const text = byId("search").value;
@@ -781,7 +815,7 @@ function route() {
   const forms = shown?.translator === translator ? shown.form.set.forms : translator.forms;
   const form = forms.find((one) => one.slug === formName) ?? forms[0];
   if (shown?.translator !== translator) {
-    shown = { translator, form, pasted: null, values: null, marked: [], layouts: false };
+    shown = { translator, form, pasted: null, values: null, marked: [], view: "form" };
     drawTranslator(translator);
     scrollTo(0, 0);
     if (!byId("search").value.trim()) search();
@@ -858,7 +892,8 @@ main.addEventListener("keydown", (event) => {
     buttons[(buttons.indexOf(document.activeElement) + (/Right|Down/.test(event.key) ? 1 : -1) + buttons.length) % buttons.length].click();
   } else if (tab && /^Arrow(Left|Right)/.test(event.key)) {
     event.preventDefault();
-    (tab.nextElementSibling ?? tab.previousElementSibling).click();
+    const tabs = [...tab.parentNode.children];
+    tabs[(tabs.indexOf(tab) + (event.key === "ArrowRight" ? 1 : -1) + tabs.length) % tabs.length].click();
   }
 });
 

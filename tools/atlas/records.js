@@ -582,6 +582,75 @@ function openFields({ form, rest, in: values, fates }) {
   });
 }
 
+// ---- The user's own names of bits of logical records
+
+for (const translator of data.translators) {
+  translator.names = (translator.names ?? []).map(([name, bits, style, words = [], when = []]) =>
+    ({ name, bits: expand(bits), style, words: new Map(words.map(([word, value]) => [BigInt(value), word]).reverse()), when }));
+}
+
+// Those that a record of the form can have, or that the record of which these bits are known has.
+function namesFor(form, known = null) {
+  const { translator } = form;
+  const pairs = (flat) => Array.from({ length: flat.length / 2 }, (_, i) => [flat[2 * i], flat[2 * i + 1]]);
+  const isPossible = (all) => {
+    const wanted = all.flatMap(pairs);
+    if (known) return wanted.every(([bit, value]) => known[bit] === value);
+    if (inSide(translator) !== "L") return true;
+    const diagrams = form.set.diagrams();
+    const at = ([bit, value]) => (value ? diagrams.ofBit(IN << 12 | bit) : diagrams.not(diagrams.ofBit(IN << 12 | bit)));
+    return wanted.reduce((node, one) => diagrams.both(node, at(one)), form.condition) !== 0;
+  };
+  return translator.names.filter(({ when }) => when.length === 0 || when.some(isPossible));
+}
+
+// What names say of bits: "vqi", or "vqi[11:8]" of a part.
+function namesAt(names, bits) {
+  const wanted = new Set(bits);
+  return names.flatMap(({ name, bits: all }) => {
+    const runs = [];
+    all.forEach((bit, at) => {
+      if (!wanted.has(bit)) return;
+      if (runs.at(-1)?.[1] === at - 1) runs.at(-1)[1] = at;
+      else runs.push([at, at]);
+    });
+    return runs.map(([low, high]) => (high - low + 1 === all.length ? name : `${name}[${low === high ? low : `${high}:${low}`}]`));
+  });
+}
+
+function ipv6Text(groups) {
+  let best = [0, 1]; // the longest run of zeros of more than one group, and how long
+  for (let i = 0; i < 8; ++i) {
+    let end = i;
+    while (groups[end] === 0) ++end;
+    if (end - i > best[1]) best = [i, end - i];
+  }
+  const [at, count] = best;
+  const hex = (list) => list.map((group) => group.toString(16)).join(":");
+  if (at === 0 && (count === 6 || count === 5 && groups[5] === 0xffff)) {
+    return `::${count === 5 ? "ffff:" : ""}${[groups[6] >> 8, groups[6] & 255, groups[7] >> 8, groups[7] & 255].join(".")}`;
+  }
+  return count > 1 ? `${hex(groups.slice(0, at))}::${hex(groups.slice(at + count))}` : hex(groups);
+}
+
+// The value of a name as its style writes it; its bits, the lowest first.
+function valueOfName({ style, words }, bits) {
+  const number = bits.reduceRight((sum, bit) => sum << 1n | BigInt(bit), 0n);
+  // Highest first.
+  const parts = (width) => Array.from({ length: bits.length / width }, (_, i) => Number(number >> BigInt(bits.length - width * (i + 1)) & (1n << BigInt(width)) - 1n));
+  const octets = () => parts(8).map((octet) => octet.toString(16).padStart(2, "0"));
+  switch (style) {
+    case "signed": return `${BigInt.asIntN(bits.length, number)}`;
+    case "hex": return `0x${number.toString(16)}`;
+    case "ipv4": return parts(8).join(".");
+    case "ipv6": return ipv6Text(parts(16));
+    case "mac": return octets().join(":");
+    case "bytes": return octets().join("");
+    case "words": return words.get(number) ?? `${number}`;
+    default: return `${number}`;
+  }
+}
+
 // Whether any of the translator's functions asks for bits of such a space.
 const asksFor = (translator, space) => translator.sets.some((set) => set.nodes.some((bit, i) => i % 3 === 0 && spaceOf(bit) === space));
 
@@ -590,5 +659,5 @@ for (const translator of data.translators) {
   translator.asksSetting = asksFor(translator, SETTING);
 }
 
-return { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, openFields, expand, inSide, outSide, lengths };
+return { data, fieldOf, bitsOf, formsOf, sourcesOf, argumentValues, openFields, namesFor, namesAt, valueOfName, expand, inSide, outSide, lengths };
 })();

@@ -3,23 +3,35 @@
 #include "atlas/atlas.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "npxlate/commands.h"
+#include "npxlate/names_option.h"
 #include "npxlate/output.h"
 
 namespace tool {
+namespace {
+
+struct Options {
+    std::string file = "npxlate-atlas.html";
+    NamesOption names;
+};
+
+}  // namespace
 
 void add_atlas(Command app) {
     const Command command = app.add_subcommand("atlas", "Write a page that shows every record bit by bit");
     command.footer(
         "The page needs nothing but a browser, and no network.\n"
         "Example: npxlate atlas records.html");
-    const auto file = std::make_shared<std::string>("npxlate-atlas.html");
-    command.add_option("FILE", *file, "Where to write it; - for standard output").show_default();
-    command.callback([file] {
-        const std::string page = atlas::page();
-        Output output{*file};
+    const auto options = std::make_shared<Options>();
+    command.add_option("FILE", options->file, "Where to write it; - for standard output").show_default();
+    options->names.add_to(command);
+    command.callback([options] {
+        const std::optional<names::Names> names = options->names.read();
+        const std::string page = atlas::page(names ? &*names : nullptr);
+        Output output{options->file};
         output.write(page);
         output.close();
     });
