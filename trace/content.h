@@ -56,7 +56,7 @@ Number read_number(const void* record, unsigned first_bit, unsigned width);
 void place(const LayoutView& layout, Content& content, const void* from_record);
 
 // The bits of a value to the record at the position, for one step.
-void put(Content& content, unsigned first_bit, unsigned width, const Number& value, const char* name);
+void put_bits(Content& content, unsigned first_bit, unsigned width, const Number& value, const char* name);
 void change(const void* record, unsigned first_bit, unsigned width, const Number& value);
 void store(const void* record, unsigned first_bit, unsigned width, const Number& value);
 

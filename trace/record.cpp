@@ -77,7 +77,7 @@ Number read_number(const void* record, unsigned first_bit, unsigned width) {
     return {std::move(bits), position(recorder.letter(record), first_bit, width)};
 }
 
-void put(Content& content, unsigned first_bit, unsigned width, const Number& value, const char* name) {
+void put_bits(Content& content, unsigned first_bit, unsigned width, const Number& value, const char* name) {
     const std::uint16_t step = Recorder::current().add(
         {.kind = Step::put, .bits = span(first_bit, width), .words = value.words(), .name = name});
     for (unsigned k = 0; k < width; ++k) {

@@ -79,19 +79,19 @@ void place(Record<side, to_size>& out, const Source<opposite(side), from_size>& 
 template <Side side, std::size_t size>
 void put(Record<side, size>& out, std::type_identity_t<BitsIn<side, size>> to, const Number& value,
          const char* name = nullptr) {
-    trace::put(out.content(), to.first_bit(), to.width(), value, name);
+    trace::put_bits(out.content(), to.first_bit(), to.width(), value, name);
 }
 
 template <std::size_t count, Side side, std::size_t size>
 void put_little(Record<side, size>& out, std::type_identity_t<BytesIn<side, size, count>> to, const Number& value,
                 const char* name = nullptr) {
-    trace::put(out.content(), to.first_bit(), 8 * count, value, name);
+    trace::put_bits(out.content(), to.first_bit(), 8 * count, value, name);
 }
 
 template <std::size_t count, Side side, std::size_t size>
 void put_big(Record<side, size>& out, std::type_identity_t<BytesIn<side, size, count>> to, const Number& value,
              const char* name = nullptr) {
-    trace::put(out.content(), to.first_bit(), 8 * count, reversed_bytes(value, count), name);
+    trace::put_bits(out.content(), to.first_bit(), 8 * count, reversed_bytes(value, count), name);
 }
 
 template <std::size_t count, Side side, std::size_t size>

@@ -12,7 +12,7 @@ namespace names {
 
 // Which structure stands for which record.
 struct ImportRequest {
-    Elf elf;
+    ElfFile elf;
     std::string structure;
     std::string unit{};  // the source that defines it, where several do differently
     const catalogue::Translator* translator = nullptr;

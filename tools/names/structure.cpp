@@ -688,7 +688,7 @@ private:
 
 class File {
 public:
-    explicit File(const names::Elf& elf) : debug_path_{":.debug:" + elf.debug_folder + ":/usr/lib/debug"} {
+    explicit File(const names::ElfFile& elf) : debug_path_{":.debug:" + elf.debug_folder + ":/usr/lib/debug"} {
         const std::string& path = elf.path;
         const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
         if (descriptor < 0) {
@@ -727,7 +727,7 @@ private:
 
     void add(Dwfl_Module* module, const char* name) {
         GElf_Addr bias = 0;
-        ::Elf* const elf = dwfl_module_getelf(module, &bias);
+        Elf* const elf = dwfl_module_getelf(module, &bias);
         GElf_Ehdr header{};
         if (elf == nullptr || gelf_getehdr(elf, &header) == nullptr) {
             problem_ = fmt::format("cannot read {}: {}", name, dwfl_errmsg(-1));
@@ -750,7 +750,7 @@ private:
         parts_.push_back(debug);
     }
 
-    static std::string linked_file(::Elf* elf) {
+    static std::string linked_file(Elf* elf) {
         GElf_Word checksum = 0;
         const char* const file = dwelf_elf_gnu_debuglink(elf, &checksum);
         return file == nullptr ? "" : fmt::format(", and {}, where it has it, was not found", file);
@@ -867,7 +867,7 @@ std::string_view without_kind(std::string_view name) {
 
 }  // namespace
 
-std::vector<Structure> list_structures(const Elf& elf) {
+std::vector<Structure> list_structures(const ElfFile& elf) {
     const File file{elf};
     const Types::Definitions none;
     const Types types{none};
@@ -887,7 +887,7 @@ std::vector<Structure> list_structures(const Elf& elf) {
     return structures;
 }
 
-std::vector<Structure> read_structures(const Elf& elf, const std::string& name, std::size_t bytes) {
+std::vector<Structure> read_structures(const ElfFile& elf, const std::string& name, std::size_t bytes) {
     const File file{elf};
     const Types::Definitions definitions = definitions_in(file);
     const Types types{definitions};

@@ -30,7 +30,7 @@ struct Structure {
 
 // An object file, a program, a shared library, an archive or a separate debug file. Where debug information is in a
 // file of its own, that is looked for beside the file, in .debug there, in the folder and in the system's.
-struct Elf {
+struct ElfFile {
     std::string path;
     std::string debug_folder{};
 };
@@ -39,10 +39,10 @@ struct Elf {
 // information or whose target is big-endian.
 
 // Every structure that is defined, without its members.
-std::vector<Structure> list_structures(const Elf& elf);
+std::vector<Structure> list_structures(const ElfFile& elf);
 
 // The structures of that name, of whatever unit, whose layouts differ; members up to so many bytes. A name may be
 // qualified (ns::entry), may begin with struct, class or union, and may be that of a typedef.
-std::vector<Structure> read_structures(const Elf& elf, const std::string& name, std::size_t bytes);
+std::vector<Structure> read_structures(const ElfFile& elf, const std::string& name, std::size_t bytes);
 
 }  // namespace names

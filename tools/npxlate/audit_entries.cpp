@@ -197,14 +197,14 @@ public:
 
 private:
     void take(audit::Entry& entry) override {
-        read(key(), translators_.key(entry.table), entry.table, record_);
-        read(result(), translators_.result(entry.table), entry.table, entry.logical);
+        read_value(key(), translators_.key(entry.table), entry.table, record_);
+        read_value(result(), translators_.result(entry.table), entry.table, entry.logical);
         translate_into(translators_.key(entry.table), record_, entry.key);
         record_ = entry.logical;  // which a translator may change
         translate_into(translators_.result(entry.table), record_, entry.result);
     }
 
-    void read(const Value& value, const Translator& translator, unsigned table, Bytes& bytes) {
+    void read_value(const Value& value, const Translator& translator, unsigned table, Bytes& bytes) {
         if (!value.by_name) {
             read_record(value, bytes);
             return;

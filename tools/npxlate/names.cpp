@@ -28,7 +28,7 @@ constexpr const char* elf_help = "A program, library, archive, object or debug f
 constexpr const char* debug_folder_help = "A folder of separate debug files, as debuggers have one";
 
 struct ImportOptions {
-    names::Elf elf;
+    names::ElfFile elf;
     std::string structure;
     std::string unit;
     std::string table_or_name;
@@ -119,7 +119,7 @@ void add_import(Command command) {
 // ---- list
 
 struct ListOptions {
-    names::Elf elf;
+    names::ElfFile elf;
     std::string table_or_name;
     std::string role;
     bool json = false;
