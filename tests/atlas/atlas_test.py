@@ -405,15 +405,9 @@ class Atlas(unittest.TestCase):
             const hex = (bits) => bits.map((bit) => (bit ? 1 : 0)).join('');
             return arguments[0].map(([name, bytes]) => {
                 const translator = records.data.translators.find((one) => one.name === name);
-                const times = [];
-                let found;
-                for (let i = 0; i < 3; ++i) {
-                    const start = performance.now();
-                    found = records.sourcesOf(translator, bytes, { argument: null, txAdjKeyMax: records.data.txAdjKeyMax });
-                    for (const one of found.can) records.openFields(one);
-                    times.push(performance.now() - start);
-                }
-                return { time: Math.min(...times), groups: found.groups.map((group) => group.map(({ form, fates }) => ({ form: form.name,
+                const found = records.sourcesOf(translator, bytes, { argument: null, txAdjKeyMax: records.data.txAdjKeyMax });
+                for (const one of found.can) records.openFields(one);
+                return { groups: found.groups.map((group) => group.map(({ form, fates }) => ({ form: form.name,
                     ...Object.fromEntries(['determined', 'chosen', 'free'].map((fate) => [fate, hex(fates.map((one) => one === fate))])) }))) };
             });""", [[name, list(bytes.fromhex(out))] for name, out in cases])
         for (name, out), seen in zip(cases, page):
@@ -425,7 +419,6 @@ class Atlas(unittest.TestCase):
                 for one, other in zip([one for group in seen["groups"] for one in group], expected):
                     for fate in ("determined", "chosen", "free"):
                         self.assertEqual(one[fate], bits_of(other[fate]), f"{fate} in {other['form']}")
-                self.assertLess(seen["time"], 100)
 
     def test_the_fourth_argument_is_asked_for(self):
         self.go("ipmc_encap_logical_res_xlate")
