@@ -385,7 +385,7 @@ class Atlas(unittest.TestCase):
         self.assertEqual({before, self.value_of("L0.0")}, {"0", "1"})
         self.paste("")
 
-    def test_what_can_have_gone_in_is_what_decode_says_and_is_said_at_once(self):
+    def test_what_can_have_gone_in_is_what_decode_says(self):
         """Of records as they are and of damaged ones: the same forms in the same order, with the same bits told."""
         choose = random.Random(17)
         names = self.browser.run("""return records.data.translators.filter(({ role }) => role !== 'reverse')
