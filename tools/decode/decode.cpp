@@ -76,7 +76,7 @@ void bring_together(std::vector<Candidate>& candidates) {
     std::size_t number = 0;
     for (auto first = candidates.begin(); first != candidates.end(); ++number) {
         const auto end = std::stable_partition(
-            first, candidates.end(), [&, like = *first](const Candidate& one) { return are_alike(like, one); });
+            first, candidates.end(), [&, like = *first](const Candidate& next) { return are_alike(like, next); });
         for (; first != end; ++first) {
             first->alike = number;
         }

@@ -242,7 +242,7 @@ Cover simplest(const Forms& forms, const Cover& answers, Node wanted) {
 
 std::string in_words(const Forms& forms, const Cover& cover) {
     if (cover.size() > 1) {
-        if (const std::string words = words_of_all(forms, cover); !words.empty()) {
+        if (std::string words = words_of_all(forms, cover); !words.empty()) {
             return words;
         }
     }
