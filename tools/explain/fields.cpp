@@ -121,14 +121,16 @@ std::vector<Span> sources_of(const RowView& row) {
     return sources;
 }
 
+using Repetition = std::pair<unsigned, unsigned>;  // of a row, by number
+
 // The rows of a layout by itself.
-std::vector<Field> fields_of_layout(const trace::LayoutView& layout) {
-    std::map<std::pair<unsigned, unsigned>, Field> fields;
-    std::map<std::pair<unsigned, unsigned>, std::vector<bool>> constants;
-    std::map<std::pair<unsigned, unsigned>, std::pair<std::set<std::uint16_t>, std::set<std::uint16_t>>> bits;
+std::map<Repetition, Field> fields_of_layout(const trace::LayoutView& layout) {
+    std::map<Repetition, Field> fields;
+    std::map<Repetition, std::vector<bool>> constants;
+    std::map<Repetition, std::pair<std::set<std::uint16_t>, std::set<std::uint16_t>>> bits;
     for (const RowBit& bit : layout.bits) {
         const RowView& row = layout.rows[bit.row];
-        const std::pair key{unsigned{bit.row}, repetition(row, bit.to)};
+        const Repetition key{bit.row, repetition(row, bit.to)};
         Field& field = fields[key];
         field.kind = kind_of(row.kind);
         field.text = text_of(row);
@@ -142,16 +144,14 @@ std::vector<Field> fields_of_layout(const trace::LayoutView& layout) {
         }
         constants[key].push_back(bit.cell.kind == Cell::one);
     }
-    std::vector<Field> result;
     for (auto& [key, field] : fields) {
         field.to = spans_of(bits[key].first);
         field.from = field.kind == Kind::computed ? sources_of(layout.rows[key.first]) : spans_of(bits[key].second);
         if (field.kind == Kind::constant) {
             field.text = constant_text(constants[key]);
         }
-        result.push_back(std::move(field));
     }
-    return result;
+    return fields;
 }
 
 class Fields {
@@ -211,18 +211,16 @@ private:
         return place->second ? &*place->second : nullptr;
     }
 
-    std::optional<Field> row_field(const Key& at) const {
+    std::optional<Field> row_field(const Key& at) {
         const auto& [step_number, row, which] = at;
         const Step& step = form_.steps[step_number];
         Field field;
         if (step.kind == Step::placed) {
-            const std::vector<Field> rows = fields_of_layout(*step.layout);
-            // Fields of a layout stand in the order of rows and repetitions.
-            std::size_t index = 0;
-            for (std::size_t i = 0; i < row; ++i) {
-                index += step.layout->rows[i].kind == RowKind::nothing ? 0 : repetitions(*step.layout, i);
+            const auto [layout, is_new] = layouts_.try_emplace(step.layout);
+            if (is_new) {
+                layout->second = fields_of_layout(*step.layout);
             }
-            field = rows.at(index + which);
+            field = layout->second.at({row, which});
         } else {
             field = put_field(step);
         }
@@ -246,16 +244,6 @@ private:
         }
         field.combines = false;
         return field;
-    }
-
-    static std::size_t repetitions(const trace::LayoutView& layout, std::size_t row) {
-        std::set<unsigned> seen;
-        for (const RowBit& bit : layout.bits) {
-            if (bit.row == row) {
-                seen.insert(repetition(layout.rows[row], bit.to));
-            }
-        }
-        return seen.size();
     }
 
     // Whether the bit is what its row, by itself, makes of it: not when the record that was read had been changed.
@@ -360,6 +348,7 @@ private:
     const std::vector<OutBit>& bits_;
     std::map<Key, std::size_t> standing_{};
     std::map<Key, std::optional<Field>> rows_{};
+    std::map<const trace::LayoutView*, std::map<Repetition, Field>> layouts_{};
     std::set<Key> described_{};
     std::vector<Field> result_{};
 };
@@ -456,7 +445,11 @@ std::vector<Field> fields_of(const Form& form, const std::vector<OutBit>& bits) 
 
 std::vector<Field> fields_of(const Step& step) {
     if (step.kind == Step::placed) {
-        return fields_of_layout(*step.layout);
+        std::vector<Field> fields;
+        for (auto& [row, field] : fields_of_layout(*step.layout)) {
+            fields.push_back(std::move(field));
+        }
+        return fields;
     }
     if (step.kind == Step::changed_input) {
         return {};

@@ -30,9 +30,8 @@ void add_atlas(Command app) {
     options->names.add_to(command);
     command.callback([options] {
         const std::optional<names::Names> names = options->names.read();
-        const std::string page = atlas::page(names ? &*names : nullptr);
-        Output output{options->file};
-        output.write(page);
+        Output output{options->file};  // first: who mistyped the path should not wait for the page
+        output.write(atlas::page(names ? &*names : nullptr));
         output.close();
     });
 }
