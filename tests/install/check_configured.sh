@@ -47,3 +47,14 @@ configure debug -DNPXLATE_TOOL=OFF -DCMAKE_BUILD_TYPE=Debug -DCMAKE_POSITION_IND
     { cat "$work/debug.log" >&2; fail "Does not configure for a debugger."; }
 ! grep -q -e '-O2' "$work/debug/compile_commands.json" || fail "A Debug build is optimised."
 compiles_with debug '-fPIC'
+
+# A static library and the traced translators, which have the same sources, go into one program where nothing is inlined.
+configure static_tool -DNPXLATE_TOOL=ON -DNPXLATE_PYTHON=OFF -DCMAKE_BUILD_TYPE=Debug -DBUILD_SHARED_LIBS=OFF ||
+    { cat "$work/static_tool.log" >&2; fail "Does not configure with a static library and the tool."; }
+one=tables/route/ip_leaf.cpp.o
+both=("CMakeFiles/npxlate_objects.dir/$one" "trace/CMakeFiles/npxlate_traced.dir/__/$one")
+ninja -C "$work/static_tool" "${both[@]}" >"$work/static_tool.log" || { cat "$work/static_tool.log" >&2; fail "Does not build."; }
+names_of() { nm --defined-only "$work/static_tool/$1" | awk '$2 ~ /[A-Zuvw]/ && $3 ~ /npxlate/ { print $3 }' | sort; }
+shared=$(comm -12 <(names_of "${both[0]}") <(names_of "${both[1]}"))
+[ -n "$(names_of "${both[0]}")" ] || fail "Nothing of the library is left to compare."
+[ -z "$shared" ] || fail "The library and the traced translators share names: $shared"
