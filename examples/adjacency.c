@@ -38,9 +38,14 @@ struct adjacency {
     uint8_t hops;
 };
 
+/* Static, and so zero to the last unnamed bit, of which an initializer says nothing. */
+static struct adjacency adjacency;
+
 int main(void) {
-    const struct adjacency adjacency = {
-        .queue = 0x123, .range = RANGE_EIGHT, .next.plain.mtu = 66, .nexthop = 10U << 24 | 1};
+    adjacency.queue = 0x123;
+    adjacency.range = RANGE_EIGHT;
+    adjacency.next.plain.mtu = 66;
+    adjacency.nexthop = 10U << 24 | 1;
     const unsigned char* const bytes = (const unsigned char*)&adjacency;
     for (size_t i = 0; i < 30; ++i) {
         printf("%02x", bytes[i]);

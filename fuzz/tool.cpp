@@ -70,7 +70,8 @@ void parse_as_entry(std::string_view text) {
     }
     std::string storage;
     for (const io::Entry::Member& member : entry.members()) {
-        require(nlohmann::json::accept(member.value) || member.value.find_first_of("0123456789\\") != member.value.npos,
+        require(nlohmann::json::accept(member.value) ||
+                    member.value.find_first_of("0123456789\\") != std::string_view::npos,
                 "a value is no JSON");
         if (io::is_string(member.value)) {
             static_cast<void>(io::text_of(member.value, storage));

@@ -604,7 +604,7 @@ TEST(AuditNames, OfEntriesAreTranslated) {
                                        "\"fields\": there is no name \"group\": expected one of the names file or a "
                                        "position such as L3.4-2; did you "
                                        "mean group.low?",
-                                       "expected \"key\" or \"key_fields\", found both"}) {
+                                       R"(expected "key" or "key_fields", found both)"}) {
         EXPECT_NE(text.find(expected), std::string::npos) << text;
     }
     // Positions need no names.

@@ -325,21 +325,22 @@ TEST(Header, SaysWhatACallerMustKnow) {
     }
 }
 
+void expect_worded_as_by_the_tool(std::int32_t status) {
+    const std::string name{catalogue::status_name(status)};
+    const std::string words{catalogue::status_words(status)};
+    const std::string number = std::to_string(status);
+    EXPECT_TRUE(
+        says(contents(NPXLATE_HEADER), name + " = " + number + ", +/\\* ([a-z0-9_]+ only: )?" + words + " \\*/"))
+        << name;
+    EXPECT_NE(contents(NPXLATE_CONTRACT).find("| " + number + " | `" + name + "` | " + words), std::string::npos)
+        << name;
+    EXPECT_NE(contents(NPXLATE_MANUAL).find(".It Dv " + name + "\n" + number + ": " + words + ".\n"), std::string::npos)
+        << name;
+}
+
 TEST(Header, AndThePagesWordEachStatusAsTheToolDoes) {
-    const std::string text = contents(NPXLATE_HEADER);
-    const std::string contract = contents(NPXLATE_CONTRACT);
-    const std::string manual = contents(NPXLATE_MANUAL);
     for (const std::int32_t status : {NPXLATE_OK, NPXLATE_INVALID, NPXLATE_OUT_OF_RANGE, NPXLATE_NOT_SUPPORTED}) {
-        const std::string name{catalogue::status_name(status)};
-        const std::string words{catalogue::status_words(status)};
-        EXPECT_TRUE(
-            says(text, name + " = " + std::to_string(status) + ", +/\\* ([a-z0-9_]+ only: )?" + words + " \\*/"))
-            << name;
-        EXPECT_NE(contract.find("| " + std::to_string(status) + " | `" + name + "` | " + words), std::string::npos)
-            << name;
-        EXPECT_NE(manual.find(".It Dv " + name + "\n" + std::to_string(status) + ": " + words + ".\n"),
-                  std::string::npos)
-            << name;
+        expect_worded_as_by_the_tool(status);
     }
 }
 

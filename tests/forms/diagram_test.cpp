@@ -20,7 +20,7 @@ class Numbers : public testing::Test {
 protected:
     static constexpr unsigned width = 6;
 
-    Number number(unsigned first) {
+    static Number number(unsigned first) {
         std::vector<trace::Bit> bits;
         for (unsigned i = 0; i < width; ++i) {
             bits.push_back(trace::bit_of(trace::bit_id(trace::Space::in, first + i)));
@@ -117,6 +117,7 @@ TEST_F(Numbers, AreChosenAndLookedUp) {
 }
 
 TEST_F(Numbers, AreFunctionsOfEveryWayThroughThem) {
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): functions of rows take values
     static constexpr npxlate::Function steps{"steps", [](Number value) -> Number {
                                                  if (value == 3) {
                                                      return 30;

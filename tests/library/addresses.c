@@ -9,7 +9,7 @@ static int failed = 0;
 
 static void same(const char* what, int equal) {
     if (!equal) {
-        fprintf(stderr, "%s: another address in the library than in the program\n", what);
+        (void)fprintf(stderr, "%s: another address in the library than in the program\n", what);
         failed = 1;
     }
 }
@@ -23,7 +23,7 @@ int main(void) {
     SAME(p2l_ucode_func_table[4], rx_adjacency_type_logical_xlate_result);
     SAME(p2l_ucode_func_table[52], ipmc_encap_logical_res_xlate);
     if (quill_to_get_mreg_init(1) != quill_to_topresolve_mregs) {
-        fprintf(stderr, "quill_to_topresolve_mregs: another address in the library than in the program\n");
+        (void)fprintf(stderr, "quill_to_topresolve_mregs: another address in the library than in the program\n");
         failed = 1;
     }
     return failed;

@@ -1,5 +1,6 @@
 // npxlate batch: JSON Lines and raw records.
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -99,13 +100,15 @@ TEST(JsonLines, MayHaveEscapesAndNumbersOfAnySizeAndAByteOrderMark) {
 TEST(JsonLines, SayTheSameWithAnyNumberOfThreads) {
     std::string lines;
     for (unsigned i = 0; i < 40000; ++i) {  // several of the pieces that are worked on at a time
-        const std::string number = std::to_string(100000 + i);
-        lines += i % 1000 == 7   ? "{\"table\":\n"
+        lines += i % 1000 == 7   ? R"({"table":)"
+                                   "\n"
                  : i % 1000 == 8 ? "17}\n"
                  : i % 997 == 0  ? "nonsense\n"
                  : i % 991 == 0  ? R"({"table":17,"result":"00"})"
                                    "\n"
-                                 : R"({"table":17,"result":"0000000001)" + number + "\", \"id\": " + number + "}\n";
+                                 : fmt::format(R"({{"table":17,"result":"0000000001{0}", "id": {0}}})"
+                                                "\n",
+                                               100000 + i);
     }
     const Outcome one = run({"batch", "--threads", "1"}, {.input = lines});
     EXPECT_EQ(one.status, 1);
@@ -391,11 +394,12 @@ TEST(Raw, GoesOnOverRejectedRecords) {
     const std::string last = run({"batch", "--raw", "result:12"}, {.input = records.substr(2 * size)}).out;
     ASSERT_EQ(first.size(), 16U);
     ASSERT_NE(first, last);
+    const std::string with_zeros = first + std::string(16, '\0') + last;
     for (const std::vector<std::string>& option : {std::vector<std::string>{}, {"--rejected", "zeros"}}) {
         std::vector<std::string> arguments{"batch", "--raw", "result:12"};
         arguments.insert(arguments.end(), option.begin(), option.end());
         const Outcome zeros = run(arguments, {.input = records});
-        EXPECT_EQ(zeros.out, first + std::string(16, '\0') + last);
+        EXPECT_EQ(zeros.out, with_zeros);
         EXPECT_EQ(zeros.err, err);
         EXPECT_EQ(zeros.status, 1);
     }
@@ -407,7 +411,7 @@ TEST(Raw, GoesOnOverRejectedRecords) {
 
 // A dump of outgoing lists with empty slots.
 TEST(Raw, ReadsADumpWithEmptySlots) {
-    std::string records(20000 * 20, '\0');
+    std::string records(std::size_t{20000} * 20, '\0');
     for (std::size_t i = 0; i < 20000; i += 2) {
         records[20 * i] = '\x51';
         records[20 * i + 1] = '\x20';
@@ -509,7 +513,7 @@ TEST(Batch, ShowsItsProgressInTheWidthOfTheTerminal) {
                 {.err = program::Stream::terminal, .environment = {"TERM=xterm"}, .columns = columns})
                 .err;
         const std::size_t begin = shown.find('\r') + 1;
-        EXPECT_LT(shown.find("\x1b", begin) - begin, columns) << shown;
+        EXPECT_LT(shown.find('\x1b', begin) - begin, columns) << shown;
         EXPECT_NE(shown.find(" entries"), std::string::npos) << shown;
     }
     EXPECT_EQ(run({"batch", file.path()}, {.err = program::Stream::terminal, .environment = {"TERM=dumb"}}).err, "");

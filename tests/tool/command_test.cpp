@@ -540,7 +540,7 @@ TEST(Output, IsAsWideAsTheTerminal) {
         std::size_t widest = 0;
         for (std::string line; std::getline(lines, line);) {
             if (line.starts_with("     +") || line.starts_with("L") || line.starts_with("P")) {
-                widest = std::max(widest, line.find_last_not_of("\r") + 1);
+                widest = std::max(widest, line.find_last_not_of('\r') + 1);
             }
         }
         EXPECT_LE(widest, std::min<std::size_t>(columns, 80)) << outcome.out;

@@ -112,7 +112,7 @@ TEST(ChunkReader, KeepsRecordsWhole) {
     std::size_t at = 0;
     // However little a read gives.
     ChunkReader reader{[&](char* to, std::size_t room) {
-                           const std::size_t count = std::min<std::size_t>({room, 1000, text.size() - at});
+                           const auto count = std::min<std::size_t>({room, 1000, text.size() - at});
                            text.copy(to, count, at);
                            at += count;
                            return count;

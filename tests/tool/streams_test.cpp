@@ -24,7 +24,6 @@ namespace {
 using program::File;
 using program::Outcome;
 using program::run;
-using program::Setting;
 using program::Stream;
 
 using Words = std::vector<std::string>;
@@ -164,12 +163,13 @@ TEST(Streams, ThatAreClosedAreNoFiles) {
 // ---- Files ----
 
 TEST(Files, HoldEveryGoodRecordWhateverHappensToStandardError) {
+    const std::string translated = translated_line + translated_line + translated_line;
     for (const Stream err : all_streams) {
         const Folder folder;
         const std::string out = folder.file("out");
         const Outcome outcome = run({"batch", "-o", out}, {.input = batch_input, .err = err});
         EXPECT_EQ(outcome.status, 1);
-        EXPECT_EQ(content(out), translated_line + translated_line + translated_line);
+        EXPECT_EQ(content(out), translated);
         EXPECT_EQ(folder.files(), 1U);
     }
 }

@@ -16,7 +16,6 @@
 
 namespace {
 
-using catalogue::Trait;
 using catalogue::Translator;
 using forms::BitId;
 using forms::Diagrams;
@@ -28,7 +27,6 @@ using npxlate::trace::bit_id;
 using npxlate::trace::never;
 using npxlate::trace::node_of;
 using npxlate::trace::Space;
-using npxlate::trace::space_of;
 using vectors::Bytes;
 using vectors::Vector;
 

@@ -175,7 +175,7 @@ TEST(VerifyCommand, TellsWhatItCannotRead) {
         {R"({"table": 52, "physical_result": "00", "logical_result": "00"})",
          "physical record of 32 bytes, but 1 byte came"}};
     for (const auto& [line, message] : bad) {
-        const Outcome outcome = verify(line + "\n" + good);
+        const Outcome outcome = verify(std::string{line}.append("\n").append(good));
         EXPECT_EQ(outcome.status, 2) << line;
         EXPECT_TRUE(has(outcome.err, message)) << line << "\n" << outcome.err;
         EXPECT_TRUE(has(outcome.out, "; 1 unreadable")) << outcome.out;

@@ -1,6 +1,5 @@
 /* A library with one translator of this interface, the virtual MAC result, which is wrong in one way. */
 #include <signal.h>
-#include <string.h>
 
 #include <npxlate/npxlate.h>
 
@@ -9,10 +8,11 @@ int32_t vrrp_vmac_entry_st_xlate_result(const void* logical, int32_t logical_len
     const unsigned char* in = logical;
     unsigned char* out = physical;
     (void)logical_length;
-    memset(out, 0, 8);
+    for (int i = 0; i < 8; ++i) {
+        out[i] = i < 4 ? 0 : in[i];
+    }
     out[0] = 0x11;
     out[2] = 1;
-    memcpy(out + 4, in + 4, 4);
     *physical_length = 8;
 #ifdef MOVES_A_BIT
     out[6] = (unsigned char)((out[6] & ~0x08) | ((in[6] >> 4 & 1) << 3));

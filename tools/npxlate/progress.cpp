@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include <fmt/format.h>
@@ -28,7 +29,7 @@ std::string remaining(std::chrono::steady_clock::duration elapsed, std::uint64_t
     }
     const double left =
         std::chrono::duration<double>{elapsed}.count() * static_cast<double>(size - done) / static_cast<double>(done);
-    const auto seconds = static_cast<std::uint64_t>(left + 0.5);
+    const long seconds = std::lround(left);
     return seconds < 60 ? fmt::format(", {} s left", seconds)
                         : fmt::format(", {} min {} s left", seconds / 60, seconds % 60);
 }

@@ -163,13 +163,13 @@ Case vector_case(const Line& line) {
     if (line.has("out")) {
         one.out = line.bytes("out");
         if (one.out->size() != one.call.out_before.size()) {
-            throw WrongInput{fmt::format("\"out\": expected the {} of \"out_before\", found {}",
+            throw WrongInput{fmt::format(R"("out": expected the {} of "out_before", found {})",
                                          describe(catalogue::Lengths{one.call.out_before.size()}), one.out->size())};
         }
     }
     one.in_after = line.has("in_after") ? line.bytes("in_after") : one.call.in;
     if (one.in_after->size() != one.call.in.size()) {
-        throw WrongInput{fmt::format("\"in_after\": expected the {} of \"in\", found {}",
+        throw WrongInput{fmt::format(R"("in_after": expected the {} of "in", found {})",
                                      describe(catalogue::Lengths{one.call.in.size()}), one.in_after->size())};
     }
     return one;
@@ -313,7 +313,7 @@ std::optional<Finding> check(const vectors::Library& library, const Case& one, s
         Bytes anything;
         if (!one.whole_buffer) {
             const std::size_t size =
-                found.length && one.translator->has(Trait::keeps_length) == false ? *found.length : one.out->size();
+                found.length && !one.translator->has(Trait::keeps_length) ? *found.length : one.out->size();
             if (size != one.out->size() && !one.translator->out().fixed()) {
                 return other(fmt::format("gives {} in place of {}", describe(catalogue::Lengths{size}),
                                          describe(catalogue::Lengths{one.out->size()})),
@@ -360,6 +360,7 @@ std::string as_text(const Tally& tally, std::size_t limit) {
         ++patterns[{finding.translator, finding.pattern}];
     }
     std::vector<std::pair<std::uint64_t, std::string>> lines;
+    lines.reserve(patterns.size());
     for (const auto& [pattern, count] : patterns) {
         lines.emplace_back(count, fmt::format("{}: {}", subject(*pattern.first), pattern.second));
     }
