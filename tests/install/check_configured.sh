@@ -58,3 +58,15 @@ names_of() { nm --defined-only "$work/static_tool/$1" | awk '$2 ~ /[A-Zuvw]/ && 
 shared=$(comm -12 <(names_of "${both[0]}") <(names_of "${both[1]}"))
 [ -n "$(names_of "${both[0]}")" ] || fail "Nothing of the library is left to compare."
 [ -z "$shared" ] || fail "The library and the traced translators share names: $shared"
+
+# The tool inside another project finds its own headers, whatever the parent has.
+mkdir "$work/parent"
+cat >"$work/parent/CMakeLists.txt" <<CMAKE
+cmake_minimum_required(VERSION 3.25)
+project(parent C CXX)
+add_subdirectory("$sources" npxlate)
+CMAKE
+cmake -S "$work/parent" -B "$work/parent/build" -G Ninja -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" \
+    -DNPXLATE_TOOL=ON -DNPXLATE_PYTHON=OFF >"$work/parent.log" 2>&1 &&
+    ninja -C "$work/parent/build" npxlate_io >>"$work/parent.log" 2>&1 ||
+    { cat "$work/parent.log" >&2; fail "The tool does not build inside another project."; }
