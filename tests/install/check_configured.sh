@@ -52,7 +52,7 @@ compiles_with debug '-fPIC'
 configure static_tool -DNPXLATE_TOOL=ON -DNPXLATE_PYTHON=OFF -DCMAKE_BUILD_TYPE=Debug -DBUILD_SHARED_LIBS=OFF ||
     { cat "$work/static_tool.log" >&2; fail "Does not configure with a static library and the tool."; }
 one=tables/route/ip_leaf.cpp.o
-both=("CMakeFiles/npxlate_objects.dir/$one" "trace/CMakeFiles/npxlate_traced.dir/__/$one")
+both=("CMakeFiles/npxlate_objects.dir/$one" "trace/CMakeFiles/npxlate_traced_translators.dir/__/$one")
 ninja -C "$work/static_tool" "${both[@]}" >"$work/static_tool.log" || { cat "$work/static_tool.log" >&2; fail "Does not build."; }
 names_of() { nm --defined-only "$work/static_tool/$1" | awk '$2 ~ /[A-Zuvw]/ && $3 ~ /npxlate/ { print $3 }' | sort; }
 shared=$(comm -12 <(names_of "${both[0]}") <(names_of "${both[1]}"))
