@@ -1,6 +1,6 @@
 // npxlate batch: JSON Lines and raw records.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <bit>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "catalogue/catalogue.h"
 

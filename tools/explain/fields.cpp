@@ -4,7 +4,7 @@
 #include <map>
 #include <tuple>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "explain/positions.h"
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <optional>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace io {
 namespace {

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "io/error.h"
 

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "io/error.h"
 #include "io/standard.h"

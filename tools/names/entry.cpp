@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <set>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "names/names.h"
 

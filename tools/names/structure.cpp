@@ -19,7 +19,7 @@
 #include <system_error>
 #include <tuple>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 namespace names {
 namespace {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "npxlate/commands.h"
 #include "npxlate/error.h"

@@ -3,7 +3,7 @@
 #include <string_view>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "io/entry.h"
 #include "io/parallel.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "io/parallel.h"
 #include "npxlate/batch.h"

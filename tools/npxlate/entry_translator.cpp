@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "npxlate/entry_fields.h"
 #include "npxlate/error.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "explain/explain.h"

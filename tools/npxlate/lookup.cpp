@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "npxlate/error.h"
 #include "npxlate/output.h"

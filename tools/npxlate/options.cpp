@@ -4,7 +4,7 @@
 #include <limits>
 #include <thread>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"

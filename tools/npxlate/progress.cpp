@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "io/standard.h"
 #include "npxlate/terminal.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <npxlate/npxlate.h>
 #include <nlohmann/json.hpp>
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"

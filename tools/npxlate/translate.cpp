@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <nlohmann/json.hpp>
 
 #include "catalogue/catalogue.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include "catalogue/call.h"
 #include "npxlate/error.h"
