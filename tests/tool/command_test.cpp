@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -401,6 +402,44 @@ TEST(CommandLine, IsRefusedInOneLine) {
         EXPECT_TRUE(outcome.err.starts_with("npxlate: error: ")) << outcome.err;
         EXPECT_EQ(outcome.out, "");
     }
+}
+
+// A script's unset variable must not pass for an option that was left out.
+TEST(CommandLine, TakesNoOptionWithoutAValue) {
+    const std::regex option{R"((--[a-z-]+) TEXT)"};
+    std::set<std::string> seen;
+    for (const Words& command :
+         {Words{"key"}, Words{"result"}, Words{"reverse"}, Words{"batch"}, Words{"explain"}, Words{"layout"},
+          Words{"find"}, Words{"roundtrip"}, Words{"diff"}, Words{"decode"}, Words{"audit"}, Words{"build"},
+          Words{"names", "import"}, Words{"vectors"}, Words{"verify"}, Words{"atlas"}}) {
+        Words arguments = command;
+        arguments.emplace_back("--help");
+        const std::string help = run(arguments).out;
+        for (std::sregex_iterator match{help.begin(), help.end(), option}, end; match != end; ++match) {
+            const std::string name = (*match)[1];
+            // An empty record is a record.
+            if (name == "--from" || name == "--key") {
+                continue;
+            }
+            seen.insert(name);
+            arguments.back() = name + "=";
+            EXPECT_NE(run(arguments).err.find("error: " + name + ": expected a value (see "), std::string::npos)
+                << name;
+            arguments.back() = name;
+            EXPECT_NE(run(arguments).err.find("error: " + name + ": expected a value (see "), std::string::npos)
+                << name;
+            arguments.emplace_back();
+            const Outcome empty = run(arguments);
+            EXPECT_EQ(empty.status, 2) << name;
+            EXPECT_EQ(empty.out, "") << name;
+            EXPECT_NE(empty.err.find("error: " + name + ": "), std::string::npos) << empty.err;
+            arguments.pop_back();
+        }
+    }
+    for (const char* const name : {"--length", "--limit", "--threads", "--output", "--names", "--role", "--file"}) {
+        EXPECT_EQ(seen.count(name), 1U) << name;
+    }
+    EXPECT_EQ(run({"build", "generic_xlate_result", "--from", ""}).status, 0);
 }
 
 TEST(CommandLine, HelpsAndTellsItsVersion) {

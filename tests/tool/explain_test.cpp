@@ -356,10 +356,13 @@ TEST(Layout, TellsWhatBecomesOfAnyLengthArgument) {
     EXPECT_EQ(taken["forms"][0]["status"], 0);
     EXPECT_EQ(one_more["forms"][0]["status"], 22);
 
-    for (const char* const wrong : {"x", "2147483648", "1.5"}) {
-        const Outcome outcome = run({"layout", "4", "--length-argument", wrong});
-        EXPECT_EQ(outcome.status, 2) << wrong;
-        EXPECT_NE(outcome.err.find("--length-argument"), std::string::npos) << outcome.err;
+    EXPECT_EQ(expect_done({"layout", "4", "--length-argument=-2147483648"}).out, any);
+    for (const std::string wrong : {"x", "2147483648", "-2147483649", "1.5", "--1", "-"}) {
+        expect_error({"layout", "4", "--length-argument=" + wrong}, 2,
+                     "bad --length-argument " + wrong + ": expected a number from -2147483648 to 2147483647");
+    }
+    for (const std::string wrong : {"x", "-1", "2147483648"}) {
+        expect_error({"layout", "4", "--length=" + wrong}, 2, "bad --length " + wrong + ": expected a number of bytes");
     }
     EXPECT_EQ(run({"layout", "4", "--length", "30", "--length-argument", "30"}).status, 2);
 }

@@ -133,7 +133,8 @@ void add_build(Command app) {
         "What to set: a name of the names file, or logical bits (L3.4, L3.4-2, L12, L12-15); the rest is 0");
     const Option key = command.add_flag("--key", options->key, "The key of the table");
     command.add_flag("--result", options->result, "The result of the table, as without an option").excludes(key);
-    options->from_option = command.add_option("--from", options->from, "Change this logical record, given as hex");
+    options->from_option =
+        command.add_option("--from", options->from, "Change this logical record, given as hex").may_be_empty();
     command.add_option("--bytes", options->bytes, "The size of the record, where the table takes several")
         .excludes(options->from_option);
     options->names.add_to(command);

@@ -15,11 +15,31 @@
 #include "npxlate/suggest.h"
 
 namespace tool {
+namespace {
+
+constexpr const char* not_empty = "not empty";
+
+// What starts with a dash takes a value that is not empty.
+Option with_a_value(CLI::Option* option) {
+    if (!option->get_positional()) {
+        const auto check = [](const std::string& value) {
+            return value.empty() ? "expected a value, found an empty one" : std::string{};
+        };
+        option->check(CLI::Validator{check, "", not_empty});
+    }
+    return Option{option};
+}
+
+}  // namespace
 
 Option Option::required(bool value) const { return Option{option_->required(value)}; }
 Option Option::excludes(Option other) const { return Option{option_->excludes(other.option_)}; }
 Option Option::one_of(std::initializer_list<const char*> words) const {
     return Option{option_->check(CLI::IsMember(std::vector<std::string>(words.begin(), words.end())))};
+}
+Option Option::may_be_empty() const {
+    option_->get_validator(not_empty)->active(false);
+    return *this;
 }
 Option Option::one_value_a_time() const { return Option{option_->allow_extra_args(false)}; }
 Option Option::type_name(const char* name) const { return Option{option_->type_name(name)}; }
@@ -32,16 +52,10 @@ Command Command::add_subcommand(const std::string& name, const char* description
 void Command::require_subcommand() const { command_->require_subcommand(1); }
 void Command::footer(const char* text) const { command_->footer(text); }
 Option Command::add_option(const char* names, std::string& value, const char* help) const {
-    return Option{command_->add_option(names, value, help)};
+    return with_a_value(command_->add_option(names, value, help));
 }
 Option Command::add_option(const char* names, std::vector<std::string>& values, const char* help) const {
-    return Option{command_->add_option(names, values, help)};
-}
-Option Command::add_option(const char* names, std::optional<std::size_t>& value, const char* help) const {
-    return Option{command_->add_option(names, value, help)};
-}
-Option Command::add_option(const char* names, std::optional<std::int32_t>& value, const char* help) const {
-    return Option{command_->add_option(names, value, help)};
+    return with_a_value(command_->add_option(names, values, help));
 }
 Option Command::add_flag(const char* names, bool& value, const char* help) const {
     return Option{command_->add_flag(names, value, help)};
@@ -87,7 +101,12 @@ std::string one_line(const CLI::App* app, const CLI::Error& error) {
         command = chosen;
     }
     const std::string option = unknown_option(*command, *app);
-    return fmt::format("{}{} (see {} --help)\n", error.what(),
+    std::string message = error.what();
+    // CLI11 says "--limit: 1 required TEXT missing".
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr && message.ends_with(" missing")) {
+        message = message.substr(0, message.find(':')) + ": expected a value";
+    }
+    return fmt::format("{}{} (see {} --help)\n", message,
                        option.empty() ? "" : did_you_mean(option, options_of(*command)), name);
 }
 

@@ -2,11 +2,8 @@
 // compile: command_line.cpp alone includes them.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <initializer_list>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +23,8 @@ public:
     Option required(bool value = true) const;
     Option excludes(Option other) const;
     Option one_of(std::initializer_list<const char*> words) const;
+    // Other options are refused if their value is empty: a script's unset variable is not an option that was left out.
+    Option may_be_empty() const;
     // Each time it is given it takes one value, and what follows is an argument again.
     Option one_value_a_time() const;
     Option type_name(const char* name) const;
@@ -50,8 +49,6 @@ public:
     // A name without dashes is a positional argument. The value has to live as long as the command.
     Option add_option(const char* names, std::string& value, const char* help) const;
     Option add_option(const char* names, std::vector<std::string>& values, const char* help) const;
-    Option add_option(const char* names, std::optional<std::size_t>& value, const char* help) const;
-    Option add_option(const char* names, std::optional<std::int32_t>& value, const char* help) const;
     Option add_flag(const char* names, bool& value, const char* help) const;
     // What the command does.
     void callback(const std::function<void()>& run) const;

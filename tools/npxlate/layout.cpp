@@ -1,7 +1,12 @@
 // npxlate layout: the layouts of a translator, each with the condition under which a record gets it.
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include <fmt/core.h>
 #include <nlohmann/json.hpp>
@@ -29,8 +34,8 @@ using explain::Section;
 struct Options {
     SubjectOptions subject;
     bool all = false;
-    std::optional<std::size_t> length;
-    std::optional<std::int32_t> length_argument;
+    std::string length;
+    std::string length_argument;
     bool forms = false;
     bool json = false;
 };
@@ -262,7 +267,7 @@ std::string to_text(const LayoutTable& table, const Naming& all_names, bool by_f
 
 // Every record, as a text to read and to search.
 void run_all(const Options& options) {
-    if (options.subject.given() || options.json || options.length || options.length_argument) {
+    if (options.subject.given() || options.json || !options.length.empty() || !options.length_argument.empty()) {
         throw WrongInput{
             "--all lists every record as text: expected no table or name, --length, --length-argument or --json beside "
             "it"};
@@ -275,6 +280,33 @@ void run_all(const Options& options) {
     }
 }
 
+// What the options say of the length argument; nothing: records of any length that the translator takes.
+std::optional<std::int32_t> length_argument_of(const Options& options, const Translator& translator) {
+    constexpr unsigned long most = std::numeric_limits<std::int32_t>::max();
+    if (!options.length.empty()) {
+        const auto length = parse_number(options.length, most);
+        if (!length) {
+            throw WrongInput{fmt::format("bad --length {}: expected a number of bytes", printable(options.length))};
+        }
+        if (!translator.in().allows(*length)) {
+            check_length(translator, *length);
+        }
+        return static_cast<std::int32_t>(*length);
+    }
+    if (!options.length_argument.empty()) {
+        const std::string_view text = options.length_argument;
+        const bool negative = text.starts_with('-');
+        const auto number = parse_number(text.substr(negative ? 1 : 0), negative ? most + 1 : most);
+        if (!number) {
+            throw WrongInput{fmt::format("bad --length-argument {}: expected a number from {} to {}", printable(text),
+                                         std::numeric_limits<std::int32_t>::min(), most)};
+        }
+        const auto argument = static_cast<std::int64_t>(*number);
+        return static_cast<std::int32_t>(negative ? -argument : argument);
+    }
+    return std::nullopt;
+}
+
 void run(const Options& options) {
     if (options.all) {
         run_all(options);
@@ -282,12 +314,7 @@ void run(const Options& options) {
     }
     const Translator& translator = options.subject.find();
     const Naming naming = options.subject.names();
-    if (options.length && !translator.in().allows(*options.length)) {
-        check_length(translator, *options.length);
-    }
-    const LayoutTable table =
-        explain::layout_of(translator, options.length ? std::optional{static_cast<std::int32_t>(*options.length)}
-                                                      : options.length_argument);
+    const LayoutTable table = explain::layout_of(translator, length_argument_of(options, translator));
     if (options.json) {
         print_json(to_json(table, naming));
     } else {
