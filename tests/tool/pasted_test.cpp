@@ -248,7 +248,7 @@ TEST(Record, MayBeWords) {
 
 TEST(Record, HasOneFileWhoseNameIsNotEmpty) {
     EXPECT_EQ(run({"key", "17", "-f", ""}, {.input = "0102030405060708"}).err,
-              "npxlate: error: cannot read \"\": No such file or directory\n");
+              "npxlate: error: --file: expected a value, found an empty one (see npxlate key --help)\n");
     EXPECT_EQ(run({"key", "17", "-f", "/dev/null", "-f", "/dev/null"}).err,
               "npxlate: error: expected one record, found a second --file\n");
 }

@@ -283,15 +283,16 @@ TEST(Files, ThatAreNoneAreWrittenAsTheyAre) {
 TEST(Files, ThatCannotBeOpenedAreToldSo) {
     for (const auto& [path, reason] : {std::pair{"/nonexistent/file", "No such file or directory"},
                                        {"/", "Is a directory"},
-                                       {"", "No such file or directory"},
                                        {"new/", "Is a directory"}}) {
         for (const Words& arguments : {Words{"batch", "-o", path}, Words{"atlas", path}}) {
             const Outcome outcome = run(arguments, {.input = good_line, .folder = testing::TempDir()});
-            EXPECT_EQ(outcome.err, "npxlate: error: cannot write " + std::string{path[0] == '\0' ? "\"\"" : path} +
-                                       ": " + reason + "\n");
+            EXPECT_EQ(outcome.err, std::string{"npxlate: error: cannot write "} + path + ": " + reason + "\n");
             EXPECT_EQ(outcome.status, 1);
         }
     }
+    const Outcome nameless = run({"atlas", ""});
+    EXPECT_EQ(nameless.err, "npxlate: error: cannot write \"\": No such file or directory\n");
+    EXPECT_EQ(nameless.status, 1);
 }
 
 }  // namespace
