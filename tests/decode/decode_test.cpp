@@ -123,7 +123,8 @@ TEST_P(Decoding, FindsEveryRecordAgainAndNothingThatIsNone) {
     const Decoder decoder{translator};
     std::mt19937_64 random{11};
     std::size_t decoded = 0;
-    for (unsigned number = 0; number < RANDOM_RECORDS; ++number) {
+    constexpr unsigned records = 300;
+    for (unsigned number = 0; number < records; ++number) {
         const catalogue::Sample& sample = translator.samples[number % translator.samples.size()];
         Bytes record = example(translator, sample, number);
         for (std::uint8_t& byte : record) {

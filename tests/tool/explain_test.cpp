@@ -361,7 +361,7 @@ TEST(Layout, TellsWhatBecomesOfAnyLengthArgument) {
         expect_error({"layout", "4", "--length-argument=" + wrong}, 2,
                      "bad --length-argument " + wrong + ": expected a number from -2147483648 to 2147483647");
     }
-    for (const std::string wrong : {"x", "-1", "2147483648"}) {
+    for (const std::string wrong : {"x", "-1", "4294967296"}) {
         expect_error({"layout", "4", "--length=" + wrong}, 2, "bad --length " + wrong + ": expected a number of bytes");
     }
     EXPECT_EQ(run({"layout", "4", "--length", "30", "--length-argument", "30"}).status, 2);

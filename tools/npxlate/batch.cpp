@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,12 +44,7 @@ struct Options {
 std::size_t raw_length(const Translator& translator, const std::string& given) {
     std::size_t length = translator.in().most;
     if (!given.empty()) {
-        const auto number = parse_number(given, std::numeric_limits<std::uint32_t>::max());
-        if (!number) {
-            throw WrongInput{fmt::format("bad --length {}: expected a number of bytes", printable(given))};
-        }
-        length = *number;
-        check_length(translator, length);
+        length = parse_length(translator, given);
     } else if (!translator.in().fixed()) {
         throw WrongInput{
             fmt::format("{} takes records of {}: expected --length N", translator.name, describe(translator.in()))};

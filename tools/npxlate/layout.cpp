@@ -282,18 +282,11 @@ void run_all(const Options& options) {
 
 // What the options say of the length argument; nothing: records of any length that the translator takes.
 std::optional<std::int32_t> length_argument_of(const Options& options, const Translator& translator) {
-    constexpr unsigned long most = std::numeric_limits<std::int32_t>::max();
     if (!options.length.empty()) {
-        const auto length = parse_number(options.length, most);
-        if (!length) {
-            throw WrongInput{fmt::format("bad --length {}: expected a number of bytes", printable(options.length))};
-        }
-        if (!translator.in().allows(*length)) {
-            check_length(translator, *length);
-        }
-        return static_cast<std::int32_t>(*length);
+        return static_cast<std::int32_t>(parse_length(translator, options.length));
     }
     if (!options.length_argument.empty()) {
+        constexpr unsigned long most = std::numeric_limits<std::int32_t>::max();
         const std::string_view text = options.length_argument;
         const bool negative = text.starts_with('-');
         const auto number = parse_number(text.substr(negative ? 1 : 0), negative ? most + 1 : most);

@@ -14,7 +14,7 @@ namespace tool {
 
 void ArgumentOptions::add_to(Command command) {
     type_option_ = command.add_option("--type", type_, "The type of the entry (table 52)");
-    key_option_ = command.add_option("--key", key_, "The logical key of the entry, as hex (table 92)").may_be_empty();
+    key_option_ = command.add_option("--key", key_, "The logical key of the entry, as hex (table 92)");
 }
 
 FourthArgument ArgumentOptions::read() const {

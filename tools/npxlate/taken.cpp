@@ -1,12 +1,15 @@
 #include "npxlate/taken.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include <fmt/core.h>
 
 #include "npxlate/error.h"
 #include "npxlate/lookup.h"
+#include "npxlate/output.h"
 
 namespace tool {
 namespace {
@@ -126,6 +129,15 @@ void check_length(const Translator& translator, std::size_t length) {
                              [length](const Lengths& lengths) { return lengths.allows(length); })) {
         refuse(translator, length);
     }
+}
+
+std::size_t parse_length(const Translator& translator, std::string_view text) {
+    const auto length = parse_number(text, std::numeric_limits<std::uint32_t>::max());
+    if (!length) {
+        throw WrongInput{fmt::format("bad --length {}: expected a number of bytes", printable(text))};
+    }
+    check_length(translator, *length);
+    return *length;
 }
 
 void check_record(const Translator& translator, Bytes& record) {

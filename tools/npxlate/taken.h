@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "catalogue/catalogue.h"
@@ -20,6 +21,9 @@ std::vector<catalogue::Lengths> accepted_lengths(const catalogue::Translator& tr
 
 // Throws WrongInput for any other length.
 void check_length(const catalogue::Translator& translator, std::size_t length);
+
+// The value of --length. Throws WrongInput for what is no number, and for any other length.
+std::size_t parse_length(const catalogue::Translator& translator, std::string_view text);
 
 // Throws WrongInput unless the record has a length that the translator takes in its form. A form that is shorter than
 // the translator's longest gets zeros behind it, which are not read.
